@@ -1,0 +1,5 @@
+#include "chess/board_tables.h"
+
+const BoardTablesType BoardTables;
+
+BoardTablesType::BoardTablesType() {}

@@ -1,0 +1,1 @@
+#include "chess/move_generator.h"
