@@ -9,7 +9,8 @@
 #include "chess/stream_exceptions.h"
 #include "chess/tokenizer.h"
 #include "chess/user_board.h"
-#include "shell/os_dependent.h"
+#include "shell/conversions.h"
+#include "shell/coordinate_characters.h"
 
 namespace {
 
@@ -93,7 +94,7 @@ int ReadNumber(const std::string& field, int max, const char* complaint) {
 std::vector<std::string> FenFields(std::string_view text) {
   std::vector<std::string> fields;
   try {
-    fields = BraskUtils::Tokenize(std::string(text), " \t\r\n", "\"'", "\"'", "");
+    fields = BraskUtils::Tokenize(text, " \t\r\n", "\"'", "\"'", "");
   } catch (const BraskUtils::tokenize_exception&) {
     throw io_error("FEN: unterminated quote");
   }

@@ -7,7 +7,7 @@
 
 #include "chess/move_generator.h"
 #include "chess/move_text.h"
-#include "shell/os_dependent.h"
+#include "shell/coordinate_characters.h"
 
 namespace {
 

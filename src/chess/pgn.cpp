@@ -7,7 +7,7 @@
 
 #include "chess/stream_exceptions.h"
 #include "chess/user_board.h"
-#include "shell/os_dependent.h"
+#include "shell/conversions.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "shell/os_dependent.h"
+#include "shell/conversions.h"
 #include "shell/tee_stream.h"
 
 namespace {
