@@ -7,6 +7,7 @@
 
 #include "chess/move_generator.h"
 #include "chess/user_board.h"
+#include "shell/tee_stream.h"
 
 namespace {
 
@@ -207,7 +208,21 @@ TEST(PgnWriting, AFailingStreamIsAnIoError) {
   EXPECT_EQ(out.exceptions(), std::ios::goodbit);
 }
 
-TEST(PgnInfo, SettersAndDisplayForm) {
+TEST(PgnInfo, DisplayShowsTheTagsWithoutFen) {
+  PGNInfo info;
+  info.white = "Brask";
+  info.fen = INITIAL_FEN;
+  const bool log = Output.SetLog(false);
+  testing::internal::CaptureStdout();
+  DisplayInfo(info);
+  const std::string shown = testing::internal::GetCapturedStdout();
+  Output.SetLog(log);
+  EXPECT_EQ(shown,
+            "Event\t\"?\"\nSite\t\"?\"\nDate\t\"????.??.??\"\nRound\t\"-\"\n"
+            "White\t\"Brask\"\nBlack\t\"?\"\nTimeControl\t\"?\"\n");
+}
+
+TEST(PgnInfo, SettersWriteTheTagForms) {
   PGNInfo info;
   info.SetRound(3);
   EXPECT_EQ(info.round, "3");
