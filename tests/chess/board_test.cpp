@@ -95,7 +95,7 @@ TEST(Board, MakeAndUndoRestoreEverythingAndKeepKeysFresh) {
   ExpectMakeUndoExact(castling, MakeMoveWord(E1, F1, KING));
   // A promotion with capture on a corner.
   ExpectMakeUndoExact("r3k2r/1P6/8/8/8/8/8/4K3 w kq - 0 1",
-                      MakeMoveWord(B7, A8, PAWN, ROOK, QUEEN));
+                      MakeMoveWord(B7, A8, PAWN, ROOK, QUEEN) | DIRECT_CHECK_BIT);
   ExpectMakeUndoExact("r3k2r/1P6/8/8/8/8/8/4K3 w kq - 0 1",
                       MakeMoveWord(B7, A8, PAWN, ROOK, KNIGHT));
   // En passant, both colours.
@@ -204,7 +204,7 @@ TEST(Board, EnPassantSafety) {
   EXPECT_TRUE(check.InCheck());
   EXPECT_TRUE(check.IsEnPassantLegal(MakeMoveWord(E4, D3, PAWN, PAWN)));
   // A captured pawn pinned on a diagonal to the capturing side's king.
-  Board diagonal = BoardFromFen("8/8/8/1k6/3Pp3/8/8/6BK b - d3 0 1");
+  Board diagonal = BoardFromFen("8/8/1k6/8/3Pp3/8/8/6BK b - d3 0 1");
   EXPECT_FALSE(diagonal.IsEnPassantLegal(MakeMoveWord(E4, D3, PAWN, PAWN)));
 }
 
@@ -243,7 +243,7 @@ TEST(Board, DiagramText) {
   const std::string text = testing::internal::GetCapturedStdout();
   EXPECT_NE(text.find("    +---+---+---+---+---+---+---+---+\n  8 |   |   |   |   | K |   |   |   |\n"),
             std::string::npos);
-  EXPECT_NE(text.find("  4 |   |   |   |   |*P |   |   |   |\n"), std::string::npos);
+  EXPECT_NE(text.find("  4 |   |   |   |   | *P|   |   |   |\n"), std::string::npos);
   EXPECT_NE(text.find("      a   b   c   d   e   f   g   h\n"), std::string::npos);
   EXPECT_NE(text.find("castle possibilities: none\nside on move: black; en-passant square: e3\n"),
             std::string::npos);
