@@ -21,12 +21,14 @@ void Generator<US>::Castling() {
   // After castling the rook stands next to the king's old square: it checks along the rank
   // through that (then empty) square, or along its new file.
   const Bitboard rank_from_home = board.RankAttacksFrom(HOME);
+  // GEN_ALL_MOVES means every legal move, whatever the other bits say.
+  const bool all_castling = Selects(GEN_CASTLING | GEN_ALL_MOVES);
 
   if ((rights & S::SHORT_RIGHT) != 0 &&
       (board.occupied & (SquareBit(HOME + 1) | SquareBit(HOME + 2))) == 0 &&
       !CastlingPathAttacked(HOME + 1) && !CastlingPathAttacked(HOME + 2)) {
     const bool check = ((rank_from_home | board.FileAttacksFrom(HOME + 1)) & enemy_king) != 0;
-    if (Selects(GEN_CASTLING) || (check && Selects(GEN_DIRECT_CHECKS)))
+    if (all_castling || (check && Selects(GEN_DIRECT_CHECKS)))
       *out++ = check ? S::SHORT_CASTLE_CHECK : S::SHORT_CASTLE;
   }
   // The b-square only has to be empty: the king does not cross it.
@@ -34,7 +36,7 @@ void Generator<US>::Castling() {
       (board.occupied & (SquareBit(HOME - 1) | SquareBit(HOME - 2) | SquareBit(HOME - 3))) == 0 &&
       !CastlingPathAttacked(HOME - 1) && !CastlingPathAttacked(HOME - 2)) {
     const bool check = ((rank_from_home | board.FileAttacksFrom(HOME - 1)) & enemy_king) != 0;
-    if (Selects(GEN_CASTLING) || (check && Selects(GEN_DIRECT_CHECKS)))
+    if (all_castling || (check && Selects(GEN_DIRECT_CHECKS)))
       *out++ = check ? S::LONG_CASTLE_CHECK : S::LONG_CASTLE;
   }
 }
