@@ -30,7 +30,7 @@ std::string PromotionSuffix(Move move) {
   return {'=', PieceLetter(PromotionType(move))};
 }
 
-// A mating castling move keeps "+": telling it apart would cost a search for nothing.
+// Castling keeps "+" even when it mates: the check bit is all that is looked at.
 std::string CastlingText(Move move) {
   std::string text = From(move) > To(move) ? "O-O-O" : "O-O";
   if (GivesCheck(move)) text += '+';

@@ -1,5 +1,6 @@
-// Games as PGN: a tolerant reader (comments, move numbers, annotations and unknown tags pass)
-// and the writer.
+// Games as PGN: a tolerant reader (comments, variations, move numbers, annotations and unknown
+// tags pass) and the writer.
+#include <algorithm>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -92,6 +93,10 @@ class MoveSection {
       stream_.ignore(SKIP_LIMIT, '\n');
       return true;
     }
+    if (token.front() == '(') {
+      SkipVariation(token);
+      return false;
+    }
     if (token == "...") {
       if (!moves_.empty() || board_.side_on_move != BLACK)
         throw io_error("PGN: \"...\" where White is on move");
@@ -115,6 +120,17 @@ class MoveSection {
       return false;
     }
     return close + 1 < token.size() && Take(token.substr(close + 1));
+  }
+
+  // A variation is no part of the game; it may hold variations of its own.
+  void SkipVariation(const std::string& first) {
+    std::string token;
+    for (long depth = NestingChange(first); depth > 0; depth += NestingChange(token))
+      stream_ >> token;
+  }
+
+  static long NestingChange(const std::string& token) {
+    return std::count(token.begin(), token.end(), '(') - std::count(token.begin(), token.end(), ')');
   }
 
   void Play(const std::string& text) {

@@ -13,7 +13,7 @@
 namespace {
 
 // Characters that the readers give a meaning to, so that mutations reach deep.
-constexpr std::string_view MEANINGFUL = "pnbrqkPNBRQK0123456789/ -wbKQkqx+#=Oo.[]\"{};*\n\t";
+constexpr std::string_view MEANINGFUL = "pnbrqkPNBRQK0123456789/ -wbKQkqx+#=Oo.[]\"{}();$*\n\t";
 
 class TextSource {
  public:

@@ -124,7 +124,8 @@ TEST(PgnReading, TagsCommentsAndMoveNumbersInTheUsualForms) {
       "[Event \"Casual game\"]\n"
       "[Result \"1-0\"]\r\n"
       "\n"
-      "1.e4 e5 2. Bc4 {a comment\n over lines} Nc6 3. Qh5 $1 ; to the end of the line 4. a4\n"
+      "1.e4 e5 2. Bc4 {a comment\n over lines} Nc6 (2... Nf6 3. d3 (3. Nc3) Bc5) 3. Qh5 $1\n"
+      "; a line of comment 4. a4\n"
       "3...Nf6?! {short} 4.Qxf7# 1-0 trailing words\n"
       "[Event \"the next game\"]\n";
   PGNInfo info;
@@ -177,6 +178,7 @@ TEST(PgnReading, FailuresChangeNothing) {
       {"1. e4 e5 2. Ke3 Nc6 *", false},
       {"1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 4. Bb5 *", false},
       {"1. e4 {unclosed comment *", true},
+      {"1. e4 (1. d4 (1. c4) *", true},  // an unclosed variation
   };
   UserBoard game;
   Play(game, {"d4", "d5"});
