@@ -86,16 +86,31 @@ class MoveSection {
   const std::vector<Move>& Moves() const { return moves_; }
 
  private:
-  // Returns true at the end of the game text.
-  bool Take(const std::string& raw) {
-    const std::string token = WithoutMoveNumber(raw);
-    if (IsResult(token)) {
+  // Returns true at the end of the game text. Comments and variations are looked for first, so
+  // that their words never count as moves or numbers.
+  bool Take(std::string token) {
+    while (token.front() == '{') {
+      // A comment that closes inside its own first token lets the rest of the token be read.
+      const std::size_t close = token.find('}');
+      if (close == std::string::npos) {
+        stream_.ignore(SKIP_LIMIT, '}');
+        return false;
+      }
+      token.erase(0, close + 1);
+      if (token.empty()) return false;
+    }
+    if (token.front() == ';') {
       stream_.ignore(SKIP_LIMIT, '\n');
-      return true;
+      return false;
     }
     if (token.front() == '(') {
       SkipVariation(token);
       return false;
+    }
+    token = WithoutMoveNumber(token);
+    if (IsResult(token)) {
+      stream_.ignore(SKIP_LIMIT, '\n');
+      return true;
     }
     if (token == "...") {
       if (!moves_.empty() || board_.side_on_move != BLACK)
@@ -103,23 +118,8 @@ class MoveSection {
       return false;
     }
     if (token.back() == '.' || IsAnnotationGlyph(token)) return false;
-    if (token.front() == ';') {
-      stream_.ignore(SKIP_LIMIT, '\n');
-      return false;
-    }
-    if (token.front() == '{') return TakeComment(token);
     Play(WithoutJudgement(token));
     return false;
-  }
-
-  // A comment that closes inside its own first token lets the rest of the token be read.
-  bool TakeComment(const std::string& token) {
-    const std::size_t close = token.find('}');
-    if (close == std::string::npos) {
-      stream_.ignore(SKIP_LIMIT, '}');
-      return false;
-    }
-    return close + 1 < token.size() && Take(token.substr(close + 1));
   }
 
   // A variation is no part of the game; it may hold variations of its own.

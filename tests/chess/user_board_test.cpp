@@ -153,13 +153,4 @@ TEST(UserBoard, PositionsFromBoardsAndEditBoards) {
   EXPECT_EQ(other.GetFEN(), game.GetFEN());
 }
 
-TEST(UserBoard, MoveTextIsWrittenOnTheCurrentPosition) {
-  UserBoard game;
-  game.MakeMove("e4");
-  const Move e5 = Word(game, "e5");
-  EXPECT_EQ(game.MoveText(e5, SAN_NOTATION), "e5");
-  EXPECT_EQ(game.MoveText(e5, COORDINATE_NOTATION), "e7e5");
-  EXPECT_EQ(game.MoveText(e5, LONG_ALGEBRAIC), "Pe7-e5");
-}
-
 }  // namespace
