@@ -75,6 +75,9 @@ TEST(MoveGenerator, DoubleCheckLeavesOnlyKingMoves) {
   for (Move move : moves) EXPECT_EQ(MovedType(move), KING) << Perft::CoordinateText(move);
   // d2 is attacked by both checkers.
   EXPECT_EQ(Texts(moves), "e1f2 e1e2 e1f1 e1d1");
+  // The king hides the square behind it from a checking rook, first or second of the checkers.
+  EXPECT_EQ(Texts(All("4r2k/8/8/8/4K3/8/3n4/8 w - - 0 1")), "e4f5 e4d5 e4f4 e4d4 e4d3");
+  EXPECT_EQ(Texts(All("7k/8/5n2/8/4K3/8/8/4r3 w - - 0 1")), "e4f5 e4f4 e4d4 e4f3 e4d3");
 }
 
 TEST(MoveGenerator, EvasionsBlockCaptureOrStepAside) {

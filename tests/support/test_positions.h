@@ -52,6 +52,8 @@ inline const std::vector<const char*>& Tactical() {
       "2r3k1/3P4/8/2B5/8/8/R7/4K2R w K - 0 1",         // capture promotions with checks
       "4k3/8/4r3/8/4N3/8/2B5/R3K2R w KQ - 0 1",        // pinned knight
       "4k3/4p3/8/5pP1/4K3/8/8/q7 w - f6 0 1",          // en passant while in check
+      "8/8/8/8/k2K3R/8/8/8 w - - 0 1",                 // the king uncovers a check
+      "7k/8/5n2/8/4K3/8/8/4r3 w - - 0 1",              // double check
   };
   return positions;
 }
