@@ -130,7 +130,8 @@ class MoveSection {
   }
 
   static long NestingChange(const std::string& token) {
-    return std::count(token.begin(), token.end(), '(') - std::count(token.begin(), token.end(), ')');
+    return std::count(token.begin(), token.end(), '(') -
+           std::count(token.begin(), token.end(), ')');
   }
 
   void Play(const std::string& text) {
