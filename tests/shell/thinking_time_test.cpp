@@ -43,18 +43,19 @@ TEST(ThinkingTime, MoveLimitGivesAtLeastAnEvenShareAsHardLimit) {
   const Limits share = LimitsFor(100000, 40);
   EXPECT_EQ(share.max_time_limit, 2500);
   EXPECT_EQ(share.variable_time_limit, 100000 / 82);
-  // One move left: everything but the reserve.
-  const Limits last = LimitsFor(100000, 1);
-  EXPECT_EQ(last.max_time_limit, 100000 - 15000 - 3000);
-  EXPECT_EQ(last.variable_time_limit, 25000);
+  // Two moves left: all but the reserve, which is more than the share.
+  const Limits two = LimitsFor(100000, 2);
+  EXPECT_EQ(two.max_time_limit, 100000 - 15000 - 6000);
+  EXPECT_EQ(two.variable_time_limit, 100000 / 6);
+  // On the last move of a stage the whole clock may go.
+  EXPECT_EQ(LimitsFor(100000, 1).max_time_limit, 100000);
 }
 
 TEST(ThinkingTime, ReserveIsTruncatedAfterRoundingToSinglePrecision) {
   // 6990513 * 0.15 = 1048576.95, which single precision rounds to 1048577.
-  const Limits limits = LimitsFor(6990513, 1);
-  EXPECT_EQ(limits.max_time_limit, 6990513 - 1048577 - 3000);
-  // Small values truncate as expected: 4001 * 0.15 = 600.15.
-  EXPECT_EQ(LimitsFor(4001, 1).max_time_limit, 4001 - 600 - 3000);
+  EXPECT_EQ(LimitsFor(6990513, NO_MOVE_LIMIT).max_time_limit, 6990513 - 1048577 - 90000);
+  // Small values truncate as expected: 200001 * 0.15 = 30000.15.
+  EXPECT_EQ(LimitsFor(200001, NO_MOVE_LIMIT).max_time_limit, 200001 - 30000 - 90000);
 }
 
 TEST(ThinkingTime, OnlyTheLow32BitsOfTheClockCount) {
