@@ -36,8 +36,9 @@ TEST_F(SettingsCommandTest, WriteAndReadSettings) {
   TerminalCapture terminal;
   ReadSearchSettings(file_);
   EXPECT_EQ(root_distance_multiplier, 32);
-  EXPECT_NE(terminal.Text().find("Warning: Initialized missing variable <enable_search_extensions>"),
-            std::string::npos);
+  EXPECT_NE(
+      terminal.Text().find("Warning: Initialized missing variable <enable_search_extensions>"),
+      std::string::npos);
 }
 
 TEST_F(SettingsCommandTest, ErrorsOfWriteAndRead) {
@@ -46,16 +47,18 @@ TEST_F(SettingsCommandTest, ErrorsOfWriteAndRead) {
             "could not write search settings file could not open file: " + missing);
   EXPECT_EQ(ErrorOf([&] { ReadSearchSettings(missing); }), "could not open file: " + missing);
   WriteWholeFile(file_, "root_distance_multiplier=32\nenable_search_extensions=maybe\n");
-  EXPECT_EQ(ErrorOf([&] { ReadSearchSettings(file_); }),
-            "file contained invalid data:\nParse error in line #2 (could not parse boolean: maybe)");
+  EXPECT_EQ(
+      ErrorOf([&] { ReadSearchSettings(file_); }),
+      "file contained invalid data:\nParse error in line #2 (could not parse boolean: maybe)");
   EXPECT_EQ(root_distance_multiplier, 64);
   WriteWholeFile(file_, "root_distance_multiplier 32\n");
   EXPECT_EQ(ErrorOf([&] { ReadSearchSettings(file_); }), "seperator missing ('=')");
 }
 
 TEST_F(SettingsCommandTest, ModifySettingsChangesAllAtOnce) {
-  ModifySearchSettings(" capture_move_sorting_bonus = 1 2 3 4 5 6 ;enable_ettc=true;"
-                       "min_ply_for_null_move=\"7\"");
+  ModifySearchSettings(
+      " capture_move_sorting_bonus = 1 2 3 4 5 6 ;enable_ettc=true;"
+      "min_ply_for_null_move=\"7\"");
   EXPECT_EQ(capture_move_sorting_bonus[0], 1);
   EXPECT_EQ(capture_move_sorting_bonus[5], 6);
   EXPECT_TRUE(enable_ettc);
