@@ -27,9 +27,12 @@ void Generator<US>::PawnPushes() {
   Bitboard single = Forward<US>(pawns) & empty;
   Bitboard twice = Forward<US>(single & S::THIRD_RANK) & empty;
 
-  // A discovering pawn off the enemy king's file leaves the line with every push.
+  // A discovering pawn off the enemy king's file leaves the line with every push. Each shift is
+  // matched against its own kind of push: the square two ahead of a discovering pawn may be the
+  // single-push target of another pawn, whose move discovers nothing.
   const Bitboard leaving = discoverers & own.pawns & ~FileMask(File(ek));
-  const Bitboard discovered = Forward<US>(leaving) | Forward<US>(Forward<US>(leaving));
+  const Bitboard discovered = (Forward<US>(leaving) & single) |
+                              (Forward<US>(Forward<US>(leaving)) & twice);
   const Bitboard direct = BoardTables.PawnAttacks[S::THEM][ek];
   const Bitboard allowed = AllowedPawnTargets(direct, discovered);
   single &= allowed;

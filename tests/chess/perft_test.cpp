@@ -66,6 +66,9 @@ TEST(Perft, TrapPositions) {
            PerftCase{"K1k5/8/P7/8/8/8/8/8 w - - 0 1", 6, 2217},            // self stalemate
            PerftCase{"8/k1P5/8/1K6/8/8/8/8 w - - 0 1", 7, 567584},         // stalemate and mate
            PerftCase{"8/8/2k5/5q2/5n2/8/5K2/8 b - - 0 1", 4, 23527},       // stalemate and mate
+           // c5 shields the bishop's diagonal to the king; c6-c7 lands on c5's double-step square
+           // but discovers nothing. Counts from a reference engine.
+           PerftCase{"r6r/Pp1pkppp/1bP2nbN/n1P5/BB2P3/q4N2/Pp1P2PP/R2Q1RK1 w - - 1 3", 3, 74057},
        })
     ExpectCount(perft);
 }
