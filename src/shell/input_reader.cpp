@@ -11,6 +11,7 @@ constexpr std::size_t CHUNK = 4096;
 
 bool InputReader::InputAvailable() {
   if (start_ < buffer_.size() || ended_) return true;
+  // A descriptor that select cannot watch is left to ReadLine, which tells data from the end.
   if (descriptor_ < 0 || descriptor_ >= FD_SETSIZE) return true;
   fd_set readable;
   FD_ZERO(&readable);
