@@ -1,5 +1,4 @@
-// Standard output redirected into a string for the lifetime of the object, so that tests can see
-// what the output channel sends to the terminal.
+// Standard output redirected into a string for the lifetime of the object, counting flushes.
 #pragma once
 
 #include <iostream>
@@ -8,14 +7,22 @@
 
 class TerminalCapture {
  public:
-  TerminalCapture() : previous_(std::cout.rdbuf(buffer_.rdbuf())) {}
+  TerminalCapture() : previous_(std::cout.rdbuf(&buffer_)) {}
   ~TerminalCapture() { std::cout.rdbuf(previous_); }
   TerminalCapture(const TerminalCapture&) = delete;
   TerminalCapture& operator=(const TerminalCapture&) = delete;
 
   std::string Text() const { return buffer_.str(); }
+  int Flushes() const { return buffer_.syncs; }
 
  private:
-  std::ostringstream buffer_;
+  struct CountingBuffer : std::stringbuf {
+    int syncs = 0;
+    int sync() override {
+      ++syncs;
+      return std::stringbuf::sync();
+    }
+  };
+  CountingBuffer buffer_;
   std::streambuf* previous_;
 };
