@@ -135,9 +135,9 @@ class Board {
   void ToggleRotated(int square);
   void Promote(int to, int promoted);
   void RemoveEnPassantPawn(int to);
-  void TakeCastlingRights(int rights);
-  void MoveCastlingRook(int king_to);
+  std::uint64_t MoveCastlingRook(int king_to);
   bool TwoPawnsOnRankExpose(int from, int cap, int king, const PieceSet& slider_side) const;
+  bool IsCastlingPseudoLegal(Move move) const;
   bool GivesDirectCheckFromHere(Move move) const;
   bool GivesDiscoveredCheckFromHere(Move move) const;
 };

@@ -1,0 +1,203 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "chess/bitboard.h"
+#include "chess/board_tables.h"
+#include "chess/random_numbers.h"
+
+namespace {
+
+Bitboard Squares(std::initializer_list<int> squares) {
+  Bitboard board = 0;
+  for (int square : squares) board |= SquareBit(square);
+  return board;
+}
+
+TEST(RandomNumbers, PublishedSelfTestOfTheGenerator) {
+  // The generator's author publishes 995235265 as the first value after 2010 calls with a buffer
+  // of 1009, and the same value after 1010 calls with a buffer of 2009.
+  static std::int32_t buffer[2009];
+  LaggedSubtractive::Generator first(310952);
+  for (int call = 0; call < 2010; ++call) first.Array(buffer, 1009);
+  EXPECT_EQ(buffer[0], 995235265);
+  LaggedSubtractive::Generator second(310952);
+  for (int call = 0; call < 1010; ++call) second.Array(buffer, 2009);
+  EXPECT_EQ(buffer[0], 995235265);
+}
+
+TEST(BitOperations, CountAndScan) {
+  EXPECT_EQ(PopCount(~Bitboard{0}), 64);
+  EXPECT_EQ(PopCount(Bitboard{0xFFFF} << 16), 16);
+  EXPECT_EQ(PopCount(0), 0);
+  EXPECT_EQ(PopCount(0x8000000000000001ULL), 2);
+  EXPECT_EQ(BoardTables.BitTable[0xFFFF], 15);
+  for (int square = 0; square < 64; ++square) {
+    EXPECT_EQ(FindHighestBit(SquareBit(square)), square);
+    EXPECT_EQ(FindHighestBit(SquareBit(square) | 1), square);
+    EXPECT_EQ(FindLowestBit(SquareBit(square) | SquareBit(63)), square);
+  }
+  EXPECT_EQ(FindHighestBit(0), 0);
+}
+
+TEST(RotatedBoards, IndicesOfTheCorners) {
+  using namespace Rotation;
+  EXPECT_EQ(A1H8Index(H1), 0);
+  EXPECT_EQ(A1H8Index(G1), 1);
+  EXPECT_EQ(A1H8Index(H2), 2);
+  EXPECT_EQ(A1H8Index(F1), 3);
+  EXPECT_EQ(A1H8Index(A1), 28);
+  EXPECT_EQ(A1H8Index(H8), 35);
+  EXPECT_EQ(A1H8Index(A8), 63);
+  EXPECT_EQ(FileIndex(H1), 0);
+  EXPECT_EQ(FileIndex(H2), 1);
+  EXPECT_EQ(FileIndex(A1), 56);
+  EXPECT_EQ(FileIndex(A8), 63);
+  EXPECT_EQ(H1A8Index(A1), 0);
+  EXPECT_EQ(H1A8Index(A2), 1);
+  EXPECT_EQ(H1A8Index(B1), 2);
+  EXPECT_EQ(H1A8Index(A3), 3);
+  EXPECT_EQ(H1A8Index(A8), 28);
+  EXPECT_EQ(H1A8Index(H1), 35);
+  EXPECT_EQ(H1A8Index(H8), 63);
+  std::set<int> a1h8, files, h1a8;
+  for (int square = 0; square < 64; ++square) {
+    a1h8.insert(A1H8Index(square));
+    files.insert(FileIndex(square));
+    h1a8.insert(H1A8Index(square));
+  }
+  EXPECT_EQ(a1h8.size(), 64u);
+  EXPECT_EQ(files.size(), 64u);
+  EXPECT_EQ(h1a8.size(), 64u);
+}
+
+// Sliding attacks looked up through the rotated boards must equal attacks walked on the board.
+Bitboard WalkedAttacks(int square, Bitboard occupied, std::initializer_list<int> directions) {
+  static constexpr int file_step[9] = {0, -1, 1, 0, 0, -1, 1, -1, 1};
+  static constexpr int rank_step[9] = {0, 0, 0, 1, -1, 1, 1, -1, -1};
+  Bitboard attacks = 0;
+  for (int d : directions) {
+    for (int f = File(square) + file_step[d], r = Rank(square) + rank_step[d];
+         f >= 0 && f < 8 && r >= 0 && r < 8; f += file_step[d], r += rank_step[d]) {
+      attacks |= SquareBit(MakeSquare(f, r));
+      if (occupied & SquareBit(MakeSquare(f, r))) break;
+    }
+  }
+  return attacks;
+}
+
+Bitboard Rotated(Bitboard occupied, const Bitboard (&bits)[64]) {
+  Bitboard rotated = 0;
+  for (int square = 0; square < 64; ++square)
+    if (occupied & SquareBit(square)) rotated |= bits[square];
+  return rotated;
+}
+
+TEST(SlidingAttacks, AgreeWithWalkingTheBoard) {
+  LaggedSubtractive::Generator random(12345);
+  for (int trial = 0; trial < 2000; ++trial) {
+    Bitboard occupied = 0;
+    for (int part = 0; part < 4; ++part)
+      occupied = (occupied << 16) ^ Bitboard(random.Next() & 0xFFFF);
+    occupied &= Bitboard(random.Next()) * 0x9E3779B97F4A7C15ULL;  // thin it out
+    for (int square = 0; square < 64; ++square) {
+      ASSERT_EQ(RankAttacks(square, occupied), WalkedAttacks(square, occupied, {WEST, EAST}));
+      ASSERT_EQ(FileAttacks(square, Rotated(occupied, Rotation::Bits.files)),
+                WalkedAttacks(square, occupied, {NORTH, SOUTH}));
+      ASSERT_EQ(A1H8Attacks(square, Rotated(occupied, Rotation::Bits.a1h8)),
+                WalkedAttacks(square, occupied, {NORTH_EAST, SOUTH_WEST}));
+      ASSERT_EQ(H1A8Attacks(square, Rotated(occupied, Rotation::Bits.h1a8)),
+                WalkedAttacks(square, occupied, {NORTH_WEST, SOUTH_EAST}));
+    }
+  }
+  EXPECT_EQ(BoardTables.AttacksRank[A1][SquareBit(B1)], SquareBit(B1));
+}
+
+TEST(Geometry, DirectionsBetweenAndDistances) {
+  const auto& t = BoardTables;
+  EXPECT_EQ(PopCount(t.Between[A1][H8]), 6);
+  EXPECT_EQ(t.Between[A1][A2], 0u);
+  EXPECT_EQ(t.Between[A1][B3], 0u);
+  EXPECT_EQ(t.Between[E1][E4], Squares({E2, E3}));
+  EXPECT_EQ(t.Between[H8][A1], t.Between[A1][H8]);
+  EXPECT_EQ(t.Direction[E4][E4], 0);
+  EXPECT_EQ(t.Direction[A1][H8], NORTH_EAST);
+  EXPECT_EQ(t.Direction[H8][A1], SOUTH_WEST);
+  EXPECT_EQ(t.Direction[H1][A8], NORTH_WEST);
+  EXPECT_EQ(t.Direction[A8][H1], SOUTH_EAST);
+  EXPECT_EQ(t.Direction[A1][H1], EAST);
+  EXPECT_EQ(t.Direction[H1][A1], WEST);
+  EXPECT_EQ(t.Direction[A1][A8], NORTH);
+  EXPECT_EQ(t.Direction[A1][B3], 0);
+  EXPECT_EQ(t.Distance[A1][H8], 7);
+  EXPECT_EQ(t.ManhattanDistance[A1][H8], 14);
+  EXPECT_EQ(t.Ray[NORTH - 1][E4], Squares({E5, E6, E7, E8}));
+  EXPECT_EQ(t.Ray[SOUTH_WEST - 1][C3], Squares({B2, A1}));
+  EXPECT_EQ(t.RookRays[A1], FileMask(0) | RankMask(0));
+  EXPECT_EQ(PopCount(t.BishopRays[D4]), 14);
+  EXPECT_EQ(t.QueenRays[D4], t.BishopRays[D4] | t.RookRays[D4]);
+  EXPECT_EQ(t.KnightAttacks[A1], Squares({B3, C2}));
+  EXPECT_EQ(PopCount(t.KingAttacks[E4]), 8);
+}
+
+TEST(PawnMasks, AttacksSpansAndPassedMasks) {
+  const auto& t = BoardTables;
+  EXPECT_EQ(t.PawnAttacks[WHITE][A2], SquareBit(B3));
+  EXPECT_EQ(t.PawnAttacks[WHITE][E4], Squares({D5, F5}));
+  EXPECT_EQ(t.PawnAttacks[WHITE][E8], 0u);
+  EXPECT_EQ(t.PawnAttacks[BLACK][H7], SquareBit(G6));
+  EXPECT_EQ(t.PawnAttacks[BLACK][E1], 0u);
+  EXPECT_EQ(t.PassedPawnMask[WHITE][E6], Squares({D7, E7, F7, D8, E8, F8}));
+  EXPECT_EQ(t.PassedPawnMask[BLACK][A3], Squares({A2, B2, A1, B1}));
+  EXPECT_EQ(t.PawnAttackSpan[WHITE][E6], Squares({D7, F7}));
+  EXPECT_EQ(t.PawnAttackSpan[WHITE][E7], 0u);
+  EXPECT_EQ(t.PawnAttackSpan[WHITE][A5], Squares({B6, B7}));
+  EXPECT_EQ(t.PawnAttackSpan[BLACK][H4], Squares({G3, G2}));
+}
+
+Bitboard MirroredRanks(Bitboard board) {
+  Bitboard mirrored = 0;
+  for (int square = 0; square < 64; ++square)
+    if (board & SquareBit(square)) mirrored |= SquareBit(square ^ 56);
+  return mirrored;
+}
+
+TEST(PawnMasks, SquareOfThePawn) {
+  const auto& t = BoardTables;
+  // A white pawn on a5 has three steps to run: its square is a5-d5-d8-a8.
+  Bitboard files_a_to_d = FileMask(0) | FileMask(1) | FileMask(2) | FileMask(3);
+  Bitboard ranks_5_to_8 = RankMask(4) | RankMask(5) | RankMask(6) | RankMask(7);
+  EXPECT_EQ(t.PawnSquare[WHITE][A5], files_a_to_d & ranks_5_to_8);
+  // On its start rank the pawn counts as one rank further because of the double step.
+  EXPECT_EQ(t.PawnSquare[WHITE][E2], t.PawnSquare[WHITE][E3]);
+  EXPECT_EQ(t.PawnSquare[BLACK][E7], t.PawnSquare[BLACK][E6]);
+  EXPECT_EQ(t.PawnSquare[WHITE][E1], 0u);
+  EXPECT_EQ(t.PawnSquare[BLACK][H8], 0u);
+  for (int pawn = 8; pawn < 56; ++pawn) {
+    EXPECT_EQ(t.PawnSquare[WHITE][pawn] & ~t.PawnSquareExtended[WHITE][pawn], 0u);
+    EXPECT_EQ(t.PawnSquare[BLACK][pawn], MirroredRanks(t.PawnSquare[WHITE][pawn ^ 56]));
+    EXPECT_EQ(t.PawnSquareExtended[BLACK][pawn],
+              MirroredRanks(t.PawnSquareExtended[WHITE][pawn ^ 56]));
+  }
+  // Kings: a king on h1 is outside the square of a white pawn on a5, a king on d8 inside it.
+  EXPECT_TRUE(t.KingOutsidePawnSquare[WHITE][H1][0] & SquareBit(A5));
+  EXPECT_FALSE(t.KingOutsidePawnSquare[WHITE][D8][0] & SquareBit(A5));
+  EXPECT_TRUE(t.KingOutsidePawnSquare[WHITE][E8][0] & SquareBit(A5));
+  EXPECT_FALSE(t.KingOutsidePawnSquare[WHITE][E8][1] & SquareBit(A5));
+}
+
+TEST(HashKeys, PieceKeysAreAllDifferentAndFixed) {
+  std::set<std::uint64_t> keys;
+  for (int square = 0; square < 64; ++square)
+    for (int slot = 0; slot < 13; ++slot) keys.insert(BoardTables.ZobristPiece[square][slot]);
+  EXPECT_EQ(keys.size(), 64u * 13u);
+  // The first key takes the low 16 bits of the stream's first four values.
+  LaggedSubtractive::Generator stream(310952);
+  std::uint64_t first = 0;
+  for (int part = 0; part < 4; ++part) first |= std::uint64_t(stream.Next() & 0xFFFF) << (16 * part);
+  EXPECT_EQ(BoardTables.ZobristPiece[0][0], first);
+  EXPECT_EQ(ZobristCastling.key[15], 0x517CC1B727220A94ULL ^ 0x229A1869D1B6232EULL ^
+                                         0x5C6B34ADBF4E8E53ULL ^ 0x11489E10D9AD68F5ULL);
+}
+
+}  // namespace
