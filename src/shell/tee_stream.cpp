@@ -3,7 +3,9 @@
 #include <ctime>
 #include <iostream>
 
-TeeStream Output;
+// Constant-initialized, so that it works even for code that runs before main, such as the
+// construction of other globals.
+constinit TeeStream Output;
 
 // Each side formats numbers with its own stream, so that widths set on standard output for the
 // help columns never reach the log.

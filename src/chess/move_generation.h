@@ -1,0 +1,201 @@
+// The state of one call of the move generator: the colour's constants, what is worked out once
+// before any move is written (pins, discovering pieces, check squares, evasion targets), and the
+// order in which the kinds of moves are written. Private to the generator; the moves of the
+// pieces and of the pawns live in move_generation_pieces.h and move_generation_pawns.h.
+#pragma once
+
+#include "chess/board.h"
+#include "chess/move_generator.h"
+
+namespace MoveGeneration {
+
+// The colour-dependent constants, so that each colour gets its own code with the shifts as
+// immediates rather than a run-time parameter.
+template <int US>
+struct Side;
+
+template <>
+struct Side<WHITE> {
+  static constexpr int THEM = BLACK;
+  static constexpr int PUSH = 8;  // square delta of a single step
+  static constexpr Bitboard THIRD_RANK = RankMask(2);
+  static constexpr Bitboard LAST_RANK = RankMask(7);
+  static constexpr int KING_HOME = E1;
+  static constexpr int SHORT_RIGHT = WHITE_SHORT;
+  static constexpr int LONG_RIGHT = WHITE_LONG;
+  static constexpr Move SHORT_CASTLE = WHITE_SHORT_CASTLE;
+  static constexpr Move SHORT_CASTLE_CHECK = WHITE_SHORT_CASTLE_CHECK;
+  static constexpr Move LONG_CASTLE = WHITE_LONG_CASTLE;
+  static constexpr Move LONG_CASTLE_CHECK = WHITE_LONG_CASTLE_CHECK;
+  // The two capture directions in the order of generation: towards the a-file first.
+  static constexpr int CAPTURE_DIRECTION[2] = {NORTH_WEST, NORTH_EAST};
+  // A mailbox holds Black's pieces negated; this sign turns an enemy code into its type.
+  static constexpr int ENEMY_SIGN = -1;
+};
+
+template <>
+struct Side<BLACK> {
+  static constexpr int THEM = WHITE;
+  static constexpr int PUSH = -8;
+  static constexpr Bitboard THIRD_RANK = RankMask(5);
+  static constexpr Bitboard LAST_RANK = RankMask(0);
+  static constexpr int KING_HOME = E8;
+  static constexpr int SHORT_RIGHT = BLACK_SHORT;
+  static constexpr int LONG_RIGHT = BLACK_LONG;
+  static constexpr Move SHORT_CASTLE = BLACK_SHORT_CASTLE;
+  static constexpr Move SHORT_CASTLE_CHECK = BLACK_SHORT_CASTLE_CHECK;
+  static constexpr Move LONG_CASTLE = BLACK_LONG_CASTLE;
+  static constexpr Move LONG_CASTLE_CHECK = BLACK_LONG_CASTLE_CHECK;
+  static constexpr int CAPTURE_DIRECTION[2] = {SOUTH_WEST, SOUTH_EAST};
+  static constexpr int ENEMY_SIGN = 1;
+};
+
+// Shifts a whole set of squares one step in a direction; squares that would wrap around the
+// board's edge are dropped first.
+template <int DIRECTION>
+constexpr Bitboard Shift(Bitboard squares) {
+  constexpr Bitboard NOT_FILE_A = ~FileMask(0);
+  constexpr Bitboard NOT_FILE_H = ~FileMask(7);
+  if constexpr (DIRECTION == NORTH) return squares << 8;
+  if constexpr (DIRECTION == SOUTH) return squares >> 8;
+  if constexpr (DIRECTION == NORTH_WEST) return (squares & NOT_FILE_A) << 7;
+  if constexpr (DIRECTION == NORTH_EAST) return (squares & NOT_FILE_H) << 9;
+  if constexpr (DIRECTION == SOUTH_WEST) return (squares & NOT_FILE_A) >> 9;
+  if constexpr (DIRECTION == SOUTH_EAST) return (squares & NOT_FILE_H) >> 7;
+}
+
+template <int US>
+constexpr Bitboard Forward(Bitboard squares) {
+  return Shift<US == WHITE ? NORTH : SOUTH>(squares);
+}
+
+// Every square of the whole line (both ways) through a square, the square itself excluded.
+inline Bitboard LineThrough(int square, int direction) {
+  return BoardTables.Ray[direction - 1][square] |
+         BoardTables.Ray[OppositeDirection[direction] - 1][square];
+}
+
+// The flag if the square is in the set, else 0: the check bits of a word without a branch (the
+// flags are single bits, so the product is a shift).
+inline Move FlagIf(Bitboard squares, int square, Move flag) {
+  return Move((squares >> square) & 1) * flag;
+}
+
+template <int US>
+class Generator {
+ public:
+  Generator(const Board& board, int mask, Move* out);
+  Move* Run();
+
+ private:
+  using S = Side<US>;
+
+  // Pieces (move_generation_pieces.h).
+  void Castling();
+  bool CastlingPathAttacked(int square) const;
+  template <int TYPE>
+  void PieceMoves(Bitboard pieces);
+  template <int TYPE>
+  Bitboard AttacksOf(int square) const;
+  template <int TYPE>
+  Bitboard AllowedTargets(Bitboard direct, Bitboard discovered, bool is_discoverer) const;
+  void KingMoves();
+
+  // Pawns (move_generation_pawns.h).
+  Bitboard AllowedPawnTargets(Bitboard direct, Bitboard discovered) const;
+  void PawnPushes();
+  template <int DIRECTION>
+  void PawnCaptures();
+  void EnPassant();
+  bool TwoPawnsUncoverRank(int from, int cap, int king, const PieceSet& slider_side) const;
+  void Promotions(int from, int to, Move base, int mask);
+
+  bool Selects(int bits) const { return (mask & bits) != 0; }
+  // The type of the piece on a target square; targets never hold own pieces.
+  int CapturedOn(int square) const { return S::ENEMY_SIGN * board.squares[square]; }
+
+  const Board& board;
+  const PieceSet& own;
+  const PieceSet& enemy;
+  int mask;
+  Move* out;
+  int k;   // own king
+  int ek;  // enemy king
+  bool in_check;
+  bool double_check = false;
+  int check_direction[2] = {0, 0};  // lines of the checking sliders onto the king, 0 for others
+  Bitboard checker = 0;             // the single checking piece
+  Bitboard bishop_from_ek;          // a bishop (or queen) moving here gives direct check
+  Bitboard rook_from_ek;            // a rook (or queen) moving here gives direct check
+  Bitboard discoverers;             // own pieces whose departure can uncover the enemy king
+  Bitboard pinned = 0;              // own pieces pinned to the own king
+  Bitboard targets;                 // squares the pieces may go to, by mask or by the check
+};
+
+template <int US>
+Generator<US>::Generator(const Board& board_, int mask_, Move* out_)
+    : board(board_),
+      own(board_.Pieces(US)),
+      enemy(board_.Pieces(S::THEM)),
+      mask(mask_),
+      out(out_),
+      k(int(own.king_square)),
+      ek(int(enemy.king_square)),
+      in_check(board_.InCheck()),
+      bishop_from_ek(board_.BishopAttacksFrom(ek)),
+      rook_from_ek(board_.RookAttacksFrom(ek)) {
+  // Only sliders that stand on a line with the king can pin or discover; passing just those lets
+  // the pin search give up at once in the many positions where there are none.
+  const Bitboard own_sliders = ((own.bishops | own.queens) & BoardTables.BishopRays[ek]) |
+                               ((own.rooks | own.queens) & BoardTables.RookRays[ek]);
+  discoverers = board.FindPinned((bishop_from_ek | rook_from_ek) & own.all, own, ek, own_sliders);
+
+  if (in_check) {
+    // An evasion must deal with every check, whatever was asked for.
+    mask = 255;
+    Bitboard attackers = board.AttackersTo(k) & enemy.all;
+    const int first = FindNextBit(attackers);
+    attackers ^= SquareBit(first);
+    double_check = attackers != 0;
+    if (double_check) {
+      const int second = FindNextBit(attackers);
+      if ((enemy.pawns & SquareBit(first)) == 0) check_direction[0] = BoardTables.Direction[first][k];
+      if ((enemy.pawns & SquareBit(second)) == 0)
+        check_direction[1] = BoardTables.Direction[second][k];
+      targets = 0;
+      return;
+    }
+    checker = SquareBit(first);
+    targets = checker;
+    if ((enemy.pawns & checker) == 0) {
+      check_direction[0] = BoardTables.Direction[first][k];
+      targets |= BoardTables.Between[first][k];  // empty for a knight
+    }
+  } else {
+    targets = Selects(GEN_ALL_MOVES) ? ~own.all : Selects(GEN_CAPTURES) ? enemy.all : 0;
+  }
+  const Bitboard enemy_sliders = ((enemy.bishops | enemy.queens) & BoardTables.BishopRays[k]) |
+                                 ((enemy.rooks | enemy.queens) & BoardTables.RookRays[k]);
+  pinned = board.FindPinned(board.QueenAttacksFrom(k) & own.all, enemy, k, enemy_sliders);
+}
+
+template <int US>
+Move* Generator<US>::Run() {
+  if (!in_check) Castling();
+  if (!double_check) {
+    PieceMoves<KNIGHT>(own.knights);
+    PieceMoves<BISHOP>(own.bishops);
+    PieceMoves<ROOK>(own.rooks);
+    PieceMoves<QUEEN>(own.queens);
+    if (Selects(0xBE)) PawnPushes();
+    if (Selects(0x9F)) {
+      PawnCaptures<S::CAPTURE_DIRECTION[0]>();
+      PawnCaptures<S::CAPTURE_DIRECTION[1]>();
+    }
+    EnPassant();
+  }
+  KingMoves();
+  return out;
+}
+
+}  // namespace MoveGeneration
