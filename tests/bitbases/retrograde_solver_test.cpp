@@ -7,6 +7,7 @@
 #include "bitbases/retrograde_solver.h"
 #include "bitbases/tablebases.h"
 #include "chess/basic.h"
+#include "chess/board.h"
 #include "support/datacomp_writer.h"
 #include "support/temp_directory.h"
 
@@ -118,7 +119,65 @@ TEST(RetrogradeSolver, ReaderAnswersWhatTheSolverFoundFromPlainAndCompressedFile
     for (std::string name : {"kqk", "krk", "kpk"}) {
       int mated = 0;
       EXPECT_EQ(ProbeMismatches(Solver().Solve(name), &mated), 0) << name;
-      if (name != "kpk") EXPECT_GT(mated, 0) << name;  // a lone pawn never mates
+      if (name != "kpk") {  // a lone pawn never mates
+        EXPECT_GT(mated, 0) << name;
+      }
     }
   }
+}
+
+namespace {
+
+Board MakeBoard(std::initializer_list<std::pair<int, int>> pieces, int side, int castling = 0) {
+  std::int8_t squares[64] = {};
+  for (auto [square, piece] : pieces) squares[square] = std::int8_t(piece);
+  Board board;
+  board.Setup(squares, side, 0, castling);
+  return board;
+}
+
+}  // namespace
+
+TEST(RetrogradeSolver, ProbesOfBoards) {
+  TempDirectory dir;
+  for (std::string name : {"kqk", "kpk"}) ASSERT_TRUE(Solver().WriteTables(name, dir.Path()));
+  ASSERT_EQ(BraskTablebases::InitTablebases(dir.Path(), 1 << 16), 3);
+  int score = 0;
+  // Mated: white queen g7 protected by the king on f6, black king h8.
+  Board mated = MakeBoard({{F6, KING}, {G7, QUEEN}, {H8, -KING}}, BLACK);
+  EXPECT_EQ(BraskTablebases::ProbeTablebase(mated, &score), BraskTablebases::TB_FOUND);
+  EXPECT_EQ(score, -32767);
+  EXPECT_FALSE(BraskTablebases::TablebaseMateIsFar(mated));
+  // The same with the colours reversed reaches kqk through its negative id.
+  Board reversed = MakeBoard({{F3, -KING}, {G2, -QUEEN}, {H1, KING}}, WHITE);
+  EXPECT_EQ(BraskTablebases::ProbeTablebase(reversed, &score), BraskTablebases::TB_FOUND);
+  EXPECT_EQ(score, -32767);
+  // A black pawn: kpk with the lists reversed and the ranks inverted.
+  Board black_pawn = MakeBoard({{E6, -KING}, {E5, -PAWN}, {E8, KING}}, WHITE);
+  Board white_pawn = MakeBoard({{E3, KING}, {E4, PAWN}, {E1, -KING}}, BLACK);
+  int mirrored = 0;
+  ASSERT_EQ(BraskTablebases::ProbeTablebase(black_pawn, &score), BraskTablebases::TB_FOUND);
+  ASSERT_EQ(BraskTablebases::ProbeTablebase(white_pawn, &mirrored), BraskTablebases::TB_FOUND);
+  EXPECT_EQ(score, mirrored);
+  EXPECT_LT(score, 0);  // the pawn wins, whoever moves
+  // No table, or rights that the tables know nothing of.
+  Board castling = MakeBoard({{E1, KING}, {H1, ROOK}, {E8, -KING}}, WHITE, WHITE_SHORT);
+  EXPECT_EQ(BraskTablebases::ProbeTablebase(castling, &score), BraskTablebases::TB_NOT_AVAILABLE);
+  Board bare = MakeBoard({{E1, KING}, {E8, -KING}}, WHITE);
+  EXPECT_EQ(BraskTablebases::ProbeTablebase(bare, &score), BraskTablebases::TB_NOT_AVAILABLE);
+  Board queens = MakeBoard({{E1, KING}, {A2, QUEEN}, {B2, QUEEN}, {C2, QUEEN}, {E8, -KING}}, WHITE);
+  EXPECT_EQ(BraskTablebases::ProbeTablebase(queens, &score), BraskTablebases::TB_NOT_AVAILABLE);
+  Board rook = MakeBoard({{E1, KING}, {A2, ROOK}, {E8, -KING}}, WHITE);  // krk not loaded
+  EXPECT_EQ(BraskTablebases::ProbeTablebase(rook, &score), BraskTablebases::TB_NOT_AVAILABLE);
+  // A long way from mate: the deepest loss of krk, 32 plies.
+  ASSERT_TRUE(Solver().WriteTables("krk", dir.Path()));
+  ASSERT_EQ(BraskTablebases::InitTablebases(dir.Path(), 1 << 16), 3);
+  const SolvedEndgame& krk = Solver().Solve("krk");
+  std::uint64_t deepest = 0;
+  while (!PlyResult(krk.results[deepest]).IsLoss() || PlyResult(krk.results[deepest]).Plies() != 32)
+    ++deepest;
+  int squares[3], side;
+  krk.SquaresOf(deepest, squares, &side);
+  Board far = MakeBoard({{squares[0], KING}, {squares[1], -KING}, {squares[2], ROOK}}, side);
+  EXPECT_TRUE(BraskTablebases::TablebaseMateIsFar(far));
 }
