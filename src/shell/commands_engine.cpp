@@ -2,7 +2,11 @@
 
 #include <algorithm>
 
+#include "chess/memory_size.h"
+#include "chess/user_board.h"
 #include "shell/basic_protocol.h"
+#include "shell/conversions.h"
+#include "shell/error_command.h"
 #include "shell/game_state.h"
 
 namespace BraskInterfaces {
@@ -34,8 +38,41 @@ void Command_DisplayPersonality::Execute(GameState& game) {
 }
 
 void Command_Unavailable::Execute(GameState& game) {
+  CheckArguments();
   if (needs_force_mode) RequireForceMode(game);
-  Fail(what + " not available in this version");
+  throw IgnorableErrorCommand(ErrorCommand::error, what + " not available in this version", line);
+}
+
+namespace {
+bool IsMemorySize(const std::string& text) {
+  try {
+    BraskUtils::ParseMemorySize(text);
+    return true;
+  } catch (const string_conversion_error&) {
+    return false;
+  }
+}
+}  // namespace
+
+void Command_ResizeHashtable::CheckArguments() const {
+  if (table != "trans" && table != "pawn" && table != "eval") Fail("unknown hashtable type");
+  if (!IsMemorySize(size)) Fail("could not parse new size");
+}
+
+void Command_InitTablebases::CheckArguments() const {
+  if (type != "nalimov") Fail("could not parse type");
+  if (!IsMemorySize(size)) Fail("could not parse new size");
+}
+
+void Command_Probe::CheckArguments() const {
+  UserBoard board;
+  try {
+    board.SetFEN(fen);
+  } catch (const UserBoard::io_error&) {
+    Fail("input inconsistent with FEN standard");
+  } catch (const UserBoard::invalid_position&) {
+    Fail("Illegal position");
+  }
 }
 
 }  // namespace BraskInterfaces

@@ -30,7 +30,8 @@ class Command_DisplayPersonality : public Command {
   void Execute(GameState& game) override;
 };
 
-// Commands whose machinery the engine does not have yet: they check what they can and refuse.
+// Commands whose machinery the engine does not have yet: they check their arguments and the mode,
+// then refuse. The refusal can be passed over at start-up, where it is no fault of the user's.
 class Command_Unavailable : public Command {
  public:
   Command_Unavailable(std::string line, bool needs_force_mode, std::string what)
@@ -38,6 +39,10 @@ class Command_Unavailable : public Command {
   void Execute(GameState& game) override;
   bool needs_force_mode;
   std::string what;
+
+ protected:
+  // Throws the ErrorCommand for arguments that would be wrong with the machinery in place.
+  virtual void CheckArguments() const {}
 };
 
 class Command_Eval : public Command_Unavailable {
@@ -52,10 +57,17 @@ class Command_DisplayHashtableStatus : public Command_Unavailable {
       : Command_Unavailable(std::move(line), false, "hash tables") {}
 };
 
+// hash T S: the table (trans, pawn or eval) and its new size.
 class Command_ResizeHashtable : public Command_Unavailable {
  public:
-  explicit Command_ResizeHashtable(std::string line)
-      : Command_Unavailable(std::move(line), true, "hash tables") {}
+  Command_ResizeHashtable(std::string line, std::string table, std::string size)
+      : Command_Unavailable(std::move(line), true, "hash tables"),
+        table(std::move(table)),
+        size(std::move(size)) {}
+  std::string table, size;
+
+ protected:
+  void CheckArguments() const override;
 };
 
 class Command_DisplayTablebasesStatus : public Command_Unavailable {
@@ -64,16 +76,28 @@ class Command_DisplayTablebasesStatus : public Command_Unavailable {
       : Command_Unavailable(std::move(line), false, "endgame databases") {}
 };
 
+// tb T S paths: the kind of tablebase, its cache size, and where its files are.
 class Command_InitTablebases : public Command_Unavailable {
  public:
-  explicit Command_InitTablebases(std::string line)
-      : Command_Unavailable(std::move(line), true, "endgame databases") {}
+  Command_InitTablebases(std::string line, std::string type, std::string size)
+      : Command_Unavailable(std::move(line), true, "endgame databases"),
+        type(std::move(type)),
+        size(std::move(size)) {}
+  std::string type, size;
+
+ protected:
+  void CheckArguments() const override;
 };
 
+// probe FEN: the position must be one the engine can set up.
 class Command_Probe : public Command_Unavailable {
  public:
-  explicit Command_Probe(std::string line)
-      : Command_Unavailable(std::move(line), false, "endgame databases") {}
+  Command_Probe(std::string line, std::string fen)
+      : Command_Unavailable(std::move(line), false, "endgame databases"), fen(std::move(fen)) {}
+  std::string fen;
+
+ protected:
+  void CheckArguments() const override;
 };
 
 class Command_Generate : public Command_Unavailable {
