@@ -85,6 +85,8 @@ void Command_SetSide::Execute(GameState& game) {
     game.ponder_move = PONDER_MOVE_UNKNOWN;
   }
   game.time_control.Stop();
+  // The side on move changes here without a move, so no Switch hands the turn to its clock.
+  game.time_control.active = side;
   game.SetPlayers(Player::StandardHuman(), Player::StandardEngine(true), false);
   finished = true;
 }
