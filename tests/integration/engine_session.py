@@ -1,0 +1,111 @@
+"""Runs the engine as a whole program for the transcript tests.
+
+Each run gets a fresh temporary working directory, so that its log file (read back into the
+result) and any files the commands write stay out of the build tree. A run that does not end
+within its timeout is a failure, never a stuck suite.
+"""
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import traceback
+
+TIMEOUT_SECONDS = 20
+
+# The console prompt: a carriage return for the terminal, then side and move number.
+PROMPT = re.compile(r" \r(?:White|Black) \d+> ")
+# A board diagram as the console shows it after each change of the game.
+BOARD_LINE = re.compile(r"^(?:    \+---.*|  [1-8] \|.*|      a   b .*|castle possibilities: .*"
+                        r"|side on move: .*)$")
+
+
+class Run:
+    """The outcome of one run: exit status, both output streams as text, the log, the files."""
+
+    def __init__(self, completed, log, directory_files):
+        self.status = completed.returncode
+        self.stdout = completed.stdout.decode("utf-8", "replace")
+        self.stderr = completed.stderr.decode("utf-8", "replace")
+        self.log = log
+        self.files = directory_files
+
+    def answers(self):
+        """Standard output without prompts and board diagrams, as a list of lines."""
+        text = PROMPT.sub("", self.stdout)
+        return [line for line in text.split("\n") if line and not BOARD_LINE.match(line)]
+
+    def prompts(self):
+        return [match.group(0)[2:] for match in PROMPT.finditer(self.stdout)]
+
+
+def engine_path():
+    return os.path.join(os.path.abspath(sys.argv[1]), "brask")
+
+
+def run(lines=(), arguments=(), files=None, input_bytes=None, timeout=TIMEOUT_SECONDS):
+    """Runs the engine on `lines` (each ended by a newline) or on raw `input_bytes`.
+
+    `files` maps names to contents to put into the working directory first; the contents of all
+    files there after the run, logs excepted, come back in `Run.files`.
+    """
+    if input_bytes is None:
+        input_bytes = "".join(line + "\n" for line in lines).encode("utf-8", "surrogateescape")
+    with tempfile.TemporaryDirectory(prefix="brask-") as directory:
+        for name, content in (files or {}).items():
+            with open(os.path.join(directory, name), "w", encoding="utf-8") as file:
+                file.write(content)
+        completed = subprocess.run([engine_path(), *arguments], cwd=directory, input=input_bytes,
+                                   capture_output=True, timeout=timeout)
+        return Run(completed, read_log(directory), read_files(directory))
+
+
+def read_log(directory):
+    path = os.path.join(directory, "logfile.000")
+    if not os.path.exists(path):
+        return ""
+    with open(path, encoding="utf-8", errors="replace") as file:
+        return file.read()
+
+
+def read_files(directory):
+    contents = {}
+    for name in os.listdir(directory):
+        path = os.path.join(directory, name)
+        if name.startswith("logfile.") or not os.path.isfile(path):
+            continue
+        with open(path, encoding="utf-8", errors="replace") as file:
+            contents[name] = file.read()
+    return contents
+
+
+def log_only_reports(log):
+    """The texts of the reports that went to the log alone."""
+    return re.findall(r"(?ms)^(.*?) \(not sent to xboard\)\n", log)
+
+
+def expect_equal(actual, expected, what):
+    if actual != expected:
+        raise AssertionError(f"{what}:\n  expected {expected!r}\n  actual   {actual!r}")
+
+
+def expect(condition, what):
+    if not condition:
+        raise AssertionError(what)
+
+
+def run_tests(tests):
+    """Runs the test functions in order, reports each, and exits non-zero if any failed."""
+    failures = 0
+    for test in tests:
+        try:
+            test()
+            print(f"ok   {test.__name__}")
+        except (AssertionError, subprocess.TimeoutExpired) as error:
+            failures += 1
+            print(f"FAIL {test.__name__}: {error}")
+        except Exception:  # a broken test is reported like a failing one, and the others run
+            failures += 1
+            print(f"FAIL {test.__name__}:\n{traceback.format_exc()}")
+    print(f"{len(tests) - failures} passed, {failures} failed")
+    sys.exit(1 if failures else 0)

@@ -1,0 +1,138 @@
+#!/usr/bin/env python3
+"""Random and mutated command lines: the engine must survive them all and still answer a ping.
+
+Usage: test_command_fuzz.py BUILD_DIR
+
+The seeds are fixed, so a failure repeats. `edit` and `quit` are left out of the random lines:
+the first makes the engine read the following lines as edit commands, the second ends the run.
+Edit mode gets a fuzzed session of its own, closed deliberately.
+"""
+import random
+
+from engine_session import PROMPT, expect, expect_equal, run, run_tests
+
+WORDS = [
+    ".", "protover", "bk", "ics", "pause", "resume", "variant", "random", "accepted",
+    "rejected", "?", "analyze", "black", "computer", "console", "contempt", "display",
+    "display_settings", "draw", "easy", "eval", "exit", "force", "fritz", "generate", "go",
+    "hard", "hash", "help", "hint", "id", "level", "modify_settings", "name", "new", "next",
+    "nopost", "otim", "personality", "ping", "playother", "post", "probe", "rating", "read_fen",
+    "read_pgn", "read_settings", "remove", "result", "sd", "setboard", "st", "tb", "tc", "time",
+    "undo", "usermove", "verify", "version", "white", "write_fen", "write_pgn", "write_settings",
+    "xboard",
+]
+# optimize_piece reads a square from standard input once it works; it is driven by hand, not here.
+LEFT_OUT = {"edit", "quit", "optimize_piece"}
+
+ARGUMENTS = [
+    "0", "1", "-1", "2", "40", "5", "12", "all", "2147483647", "2147483648", "-2147483648",
+    "99999999999999999999", "007", "-0", "+7", "1:30", "0:0", "-1:5", "1.5", "x", "", '""',
+    "e4", "e2e4", "Nf3", "O-O", "O-O-O", "e7e8q", "a7a8=N", "1-0", "0-1", "1/2-1/2", "*",
+    "{resign}", "{time", "trans", "pawn", "eval", "nalimov", "64M", "0M", "1T", "18446744073709551616K",
+    "Nurz", "Vessimar", "Random", "nurz", "enable_ettc=true", "a=1;b=2", "root_distance_multiplier=0",
+    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", "w", "b", "KQkq", "-", "e3", "100", "101",
+    "8/8/8/8/8/8/8/8", "4k3/8/8/8/8/8/8/4K3", "7k/5Q2/6K1/8/8/8/8/8", "game.pgn", "pos.fen",
+    "settings.txt", "missing.txt", ";", "'", '"', "\t", "##Name",
+]
+SPECIAL_LINES = [
+    "", " ", "\t", "\r", "\x00", "\x1b[A", "\xff\xfe", "'", '"', '"unclosed', "'also unclosed",
+    "ping 'a b'", 'ping "a b" c', "x" * 5000, "ping " + "9" * 3000, "setboard " + "p" * 2000,
+    " ".join(["undo"] * 300), "tc " + "40 5 0 " * 200 + "0 5 0", "name " + "\u00e9" * 100,
+    "result 1/2-1/2 {" + "agree" * 200 + "}",
+]
+FILES = {
+    "game.pgn": '[Event "x"]\n[White "A"]\n\n1. e4 e5 2. Nf3 {c} Nc6 3. Bb5 a6 1-0\n',
+    "pos.fen": "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1\n",
+    "settings.txt": "root_distance_multiplier=64\nenable_ettc=maybe\n",
+}
+
+
+def random_line(rng):
+    word = rng.choice(WORDS)
+    arguments = [rng.choice(ARGUMENTS) for _ in range(rng.choice([0, 0, 1, 1, 2, 3, 4, 7]))]
+    return " ".join([word, *arguments])
+
+
+def mutated(rng, line):
+    text = bytearray(line.encode("utf-8"))
+    for _ in range(rng.randint(1, 4)):
+        position = rng.randint(0, len(text))
+        action = rng.randrange(4)
+        if action == 0:
+            text[position:position] = bytes([rng.randrange(256)])
+        elif action == 1 and text:
+            del text[min(position, len(text) - 1)]
+        elif action == 2:
+            text[position:position] = rng.choice([b'"', b"'", b" ", b"\t", b"\r", b"9" * 12])
+        else:
+            text[position:position] = text[:rng.randint(0, len(text))]
+    return bytes(text).replace(b"\n", b" ")
+
+
+def harmless(line):
+    """Keeps file commands in the working directory and out of the lines left out."""
+    text = line.decode("utf-8", "replace")
+    words = text.split()
+    if words and words[0].strip("\"'") in LEFT_OUT:
+        return False
+    return not (("read_" in text or "write_" in text) and ("/" in text or ".." in text))
+
+
+def fuzz_lines(seed, count):
+    rng = random.Random(seed)
+    lines = []
+    while len(lines) < count:
+        choice = rng.random()
+        if choice < 0.5:
+            line = random_line(rng).encode("utf-8")
+        elif choice < 0.9:
+            line = mutated(rng, rng.choice([random_line(rng), *SPECIAL_LINES]))
+        else:
+            line = rng.choice(SPECIAL_LINES).encode("utf-8", "surrogateescape")
+        if harmless(line):
+            lines.append(line)
+    return lines
+
+
+def check_survives(lines, label):
+    final = b"ping 424242"
+    result = run(input_bytes=b"\n".join([*lines, final]) + b"\n", files=FILES, timeout=40)
+    expect_equal(result.status, 0, f"exit status after {label}")
+    expect(PROMPT.sub("", result.stdout).rstrip().endswith("pong 424242"),
+           f"no final pong after {label}: ...{result.stdout[-300:]!r}")
+    expect("CHECKED_ASSERT" not in result.stdout, f"assertion after {label}")
+
+
+def test_random_and_mutated_lines():
+    for seed in range(8):
+        check_survives(fuzz_lines(seed, 1500), f"seed {seed}")
+
+
+def test_every_word_with_every_argument_count():
+    rng = random.Random(99)
+    lines = []
+    for word in WORDS:
+        for count in range(6):
+            lines.append(" ".join([word, *(rng.choice(ARGUMENTS) for _ in range(count))]))
+    check_survives([line.encode("utf-8") for line in lines if harmless(line.encode())],
+                   "every word")
+
+
+def test_fuzzed_edit_session():
+    rng = random.Random(7)
+    edit_words = ["#", "c", "s", "restore", "verify", "display", "help", ".", "Ke1", "ke8",
+                  "Pa8", "Xe1", "qd4", "Rh1", "ra1", "Zz9", "K", "Ke9", "Ki1", "Kee1", "'", ""]
+    lines = [b"force"]
+    for _ in range(3):
+        lines.append(b"edit")
+        for _ in range(60):
+            line = " ".join(rng.choice(edit_words) for _ in range(rng.choice([1, 1, 1, 2])))
+            lines.append(mutated(rng, line) if rng.random() < 0.2 else line.encode())
+        # On the console an invalid "." stays in edit mode; cancel always leaves it.
+        lines.append(b"cancel")
+    check_survives(lines, "edit sessions")
+
+
+if __name__ == "__main__":
+    run_tests([test_random_and_mutated_lines, test_every_word_with_every_argument_count,
+               test_fuzzed_edit_session])
