@@ -15,6 +15,7 @@ TIMEOUT_SECONDS = 20
 
 # The console prompt: a carriage return for the terminal, then side and move number.
 PROMPT = re.compile(r" \r(?:White|Black) \d+> ")
+EDIT_PROMPT = "edit mode> "
 # A board diagram as the console shows it after each change of the game.
 BOARD_LINE = re.compile(r"^(?:    \+---.*|  [1-8] \|.*|      a   b .*|castle possibilities: .*"
                         r"|side on move: .*)$")
@@ -32,7 +33,7 @@ class Run:
 
     def answers(self):
         """Standard output without prompts and board diagrams, as a list of lines."""
-        text = PROMPT.sub("", self.stdout)
+        text = PROMPT.sub("", self.stdout).replace(EDIT_PROMPT, "")
         return [line for line in text.split("\n") if line and not BOARD_LINE.match(line)]
 
     def prompts(self):
@@ -80,8 +81,9 @@ def read_files(directory):
 
 
 def log_only_reports(log):
-    """The texts of the reports that went to the log alone."""
-    return re.findall(r"(?ms)^(.*?) \(not sent to xboard\)\n", log)
+    """The last lines of the reports that went to the log alone, without their suffix."""
+    reports = re.findall(r"([^\n]*) \(not sent to xboard\)\n", log)
+    return [re.sub(r"^(?:White|Black) \d+> ", "", report) for report in reports]
 
 
 def expect_equal(actual, expected, what):
