@@ -39,8 +39,8 @@ int Classify(const TranspositionEntry& entry, int ply, int distance, int beta) {
 
 TranspositionEntry MakeBoundEntry(std::uint64_t key, Move move, int position_type, int node_flags,
                                   int distance, int value, bool is_lower_bound) {
-  TranspositionEntry entry{key,         NO_LOWER_BOUND, NO_UPPER_BOUND, NO_DISTANCE,
-                           NO_DISTANCE, MakePayload(move, is_lower_bound, position_type, node_flags)};
+  const std::uint64_t payload = MakePayload(move, is_lower_bound, position_type, node_flags);
+  TranspositionEntry entry{key, NO_LOWER_BOUND, NO_UPPER_BOUND, NO_DISTANCE, NO_DISTANCE, payload};
   if (is_lower_bound) {
     entry.lower = std::int16_t(value);
     entry.lower_distance = std::int16_t(distance);

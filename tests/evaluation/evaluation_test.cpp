@@ -78,7 +78,8 @@ TEST(MaterialImbalance, WholePiecesPiecesForPawnsAndExchanges) {
       {"1nnbk3/8/8/8/8/8/8/3QK3 w - - 0 1", {-50, -100}},
       {"3rk3/8/8/8/8/8/8/3NK3 w - - 0 1", {0, 0}},  // the exchange
   };
-  for (const auto& c : cases) EXPECT_EQ(MaterialImbalance(BoardFromFen(c.fen)), c.expected) << c.fen;
+  for (const auto& c : cases)
+    EXPECT_EQ(MaterialImbalance(BoardFromFen(c.fen)), c.expected) << c.fen;
 }
 
 TEST(MaterialImbalance, TheBishopPairNeedsBothSquareColours) {

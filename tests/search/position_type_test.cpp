@@ -18,12 +18,13 @@ int TypeOf(const std::string& fen, int previous = UNCLASSIFIED) {
 TEST(ClassifyPosition, ManyPiecesStayInTheOpeningUntilDeveloped) {
   EXPECT_EQ(TypeOf(TestPositions::INITIAL), OPENING);
   // 1. Nf3 Nf6 2. Nc3 Nc6 3. Bc4 Bc5 4. O-O O-O: both half developed, but all pawns are there.
-  const std::string castled = "r1bq1rk1/pppp1ppp/2n2n2/2b1p3/2B1P3/2N2N2/PPPP1PPP/R1BQ1RK1 w - - 0 5";
-  EXPECT_EQ(TypeOf(castled), OPENING);
+  EXPECT_EQ(TypeOf("r1bq1rk1/pppp1ppp/2n2n2/2b1p3/2B1P3/2N2N2/PPPP1PPP/R1BQ1RK1 w - - 0 5"),
+            OPENING);
   // The same with two pawns traded on each side.
   EXPECT_EQ(TypeOf("r1bq1rk1/ppp2ppp/2n2n2/2b5/2B5/2N2N2/PPP2PPP/R1BQ1RK1 w - - 0 5"), MIDDLEGAME);
   // Everything out and castled on both sides decides at once, pawns or not.
-  EXPECT_EQ(TypeOf("r2q1rk1/pppbbppp/2np1n2/4p3/4P3/2NP1N2/PPPBBPPP/R2Q1RK1 w - - 0 8"), MIDDLEGAME);
+  EXPECT_EQ(TypeOf("r2q1rk1/pppbbppp/2np1n2/4p3/4P3/2NP1N2/PPPBBPPP/R2Q1RK1 w - - 0 8"),
+            MIDDLEGAME);
   // One side done is enough.
   EXPECT_EQ(TypeOf("rnbqkbnr/pppppppp/8/8/8/2NPBN2/PPPQBPPP/R4RK1 b kq - 0 8"), MIDDLEGAME);
   // Never back from the middlegame.
@@ -37,7 +38,8 @@ TEST(ClassifyPosition, TheMaterialWeightSeparatesManyPiecesFromEndings) {
   EXPECT_EQ(MaterialWeight(BoardFromFen(queen_rook)), 18);
   EXPECT_EQ(TypeOf(queen_rook), ENDGAME_EQUAL_PIECES);
   // Two rooks and two minors each, no queens: weight 16.
-  EXPECT_EQ(TypeOf("r1b1r1k1/ppp2ppp/2n5/8/8/2N5/PPP2PPP/R1B1R1K1 w - - 0 1"), ENDGAME_EQUAL_PIECES);
+  EXPECT_EQ(TypeOf("r1b1r1k1/ppp2ppp/2n5/8/8/2N5/PPP2PPP/R1B1R1K1 w - - 0 1"),
+            ENDGAME_EQUAL_PIECES);
   // Queen, rook and a minor each: weight 18 + 3 = 21, still an ending; one more minor is not.
   EXPECT_EQ(TypeOf("r2q2k1/ppp2ppp/2n5/8/8/2N5/PPP2PPP/R2Q2K1 w - - 0 1"), ENDGAME_EQUAL_PIECES);
   EXPECT_EQ(TypeOf("r2q2k1/ppp2ppp/2n1b3/8/8/2N1B3/PPP2PPP/R2Q2K1 w - - 0 1"), MIDDLEGAME);
