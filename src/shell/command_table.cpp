@@ -134,7 +134,8 @@ CommandPtr MakePersonality(BasicProtocol&, const Tokens& tokens, const std::stri
 CommandPtr MakeTablebases(BasicProtocol&, const Tokens& tokens, const std::string& line) {
   if (tokens.size() == 1) return std::make_unique<Command_DisplayTablebasesStatus>(line);
   if (tokens.size() < 4) Refuse("missing parameters", line);
-  return std::make_unique<Command_InitTablebases>(line);
+  return std::make_unique<Command_InitTablebases>(line, tokens[1], tokens[2],
+                                                  RestOfLine(line, 3));
 }
 
 CommandPtr MakeResult(BasicProtocol&, const Tokens& tokens, const std::string& line) {
@@ -219,7 +220,10 @@ const std::vector<CommandWord>& CommandWords() {
       {"ping", Arity::exactly, 2, WithArgument<Command_Ping>()},
       {"playother", Arity::at_most, 1, Simple<Command_Playother>()},
       {"post", Arity::at_most, 1, Simple<Command_Post>()},
-      {"probe", Arity::at_least, 2, Simple<Command_Probe>()},
+      {"probe", Arity::at_least, 2,
+       [](BasicProtocol&, const Tokens&, const std::string& line) -> CommandPtr {
+         return std::make_unique<Command_Probe>(line, RestOfLine(line));
+       }},
       {"quit", Arity::at_most, 1, Simple<Command_Quit>()},
       {"rating", Arity::exactly, 3, MakeRating},
       {"read_fen", Arity::exactly, 2, WithArgument<Command_ReadFEN>()},

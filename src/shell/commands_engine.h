@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "chess/user_board.h"
 #include "shell/command.h"
 
 namespace BraskInterfaces {
@@ -29,6 +30,9 @@ class Command_DisplayPersonality : public Command {
   using Command::Command;
   void Execute(GameState& game) override;
 };
+
+// The most pieces, kings included, of a generic bitbase.
+constexpr int GENERIC_BITBASE_MAX_PIECES = 5;
 
 // Commands whose machinery the engine does not have yet: they check what they can and refuse.
 class Command_Unavailable : public Command {
@@ -58,22 +62,44 @@ class Command_ResizeHashtable : public Command_Unavailable {
       : Command_Unavailable(std::move(line), true, "hash tables") {}
 };
 
-class Command_DisplayTablebasesStatus : public Command_Unavailable {
+class Command_DisplayTablebasesStatus : public Command {
  public:
-  explicit Command_DisplayTablebasesStatus(std::string line)
-      : Command_Unavailable(std::move(line), false, "endgame databases") {}
+  using Command::Command;
+  void Execute(GameState& game) override;
 };
 
-class Command_InitTablebases : public Command_Unavailable {
+// tb nalimov SIZE PATHS: registers the tablebase files and sets the block cache.
+class Command_InitTablebases : public Command {
  public:
-  explicit Command_InitTablebases(std::string line)
-      : Command_Unavailable(std::move(line), true, "endgame databases") {}
+  // One kind of tablebase is known: the type word "nalimov".
+  class Initializer {
+   public:
+    virtual ~Initializer() = default;
+    virtual void Initialize(const std::string& path, std::int64_t size) = 0;
+  };
+
+  Command_InitTablebases(std::string line, std::string type, std::string size, std::string paths)
+      : Command(std::move(line)), type(std::move(type)), size(std::move(size)),
+        paths(std::move(paths)) {}
+  void Execute(GameState& game) override;
+  std::string type, size, paths;
 };
 
-class Command_Probe : public Command_Unavailable {
+class NalimovInitializer : public Command_InitTablebases::Initializer {
  public:
-  explicit Command_Probe(std::string line)
-      : Command_Unavailable(std::move(line), false, "endgame databases") {}
+  void Initialize(const std::string& path, std::int64_t size) override;
+};
+
+// probe FEN: what the bitbases and the tablebases say of a position.
+class Command_Probe : public Command {
+ public:
+  Command_Probe(std::string line, std::string fen)
+      : Command(std::move(line)), fen(std::move(fen)) {}
+  void Execute(GameState& game) override;
+  std::string fen;
+
+ private:
+  UserBoard board;
 };
 
 class Command_Generate : public Command_Unavailable {
