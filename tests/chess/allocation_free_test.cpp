@@ -27,7 +27,7 @@ namespace {
 
 TEST(HotPath, MoveTreeWalkAllocatesNothing) {
   const std::size_t unused = allocations;
-  delete new int(0);
+  ::operator delete(::operator new(16));
   ASSERT_GT(allocations, unused) << "the counting operator new is not in use";
   for (const char* fen : {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
                           "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
