@@ -120,7 +120,7 @@ CommandPtr MakeUnsupported(BasicProtocol&, const Tokens&, const std::string& lin
 CommandPtr MakeHash(BasicProtocol&, const Tokens& tokens, const std::string& line) {
   if (tokens.size() == 1) return std::make_unique<Command_DisplayHashtableStatus>(line);
   if (tokens.size() != 3) Refuse("wrong number of arguments", line);
-  return std::make_unique<Command_ResizeHashtable>(line);
+  return std::make_unique<Command_ResizeHashtable>(line, tokens[1], tokens[2]);
 }
 
 CommandPtr MakePersonality(BasicProtocol&, const Tokens& tokens, const std::string& line) {

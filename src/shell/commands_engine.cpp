@@ -5,6 +5,9 @@
 
 #include "bitbases/tablebases.h"
 #include "chess/memory_size.h"
+#include "evaluation/evaluate.h"
+#include "search/hash.h"
+#include "search/position_type.h"
 #include "shell/basic_protocol.h"
 #include "shell/error_command.h"
 #include "shell/os_dependent.h"
@@ -36,6 +39,39 @@ void Command_SetPersonality::Execute(GameState& game) {
 
 void Command_DisplayPersonality::Execute(GameState& game) {
   game.Protocol().DisplayPersonality();
+  finished = true;
+}
+
+void Command_Eval::Execute(GameState& game) {
+  EvaluationState evaluation;
+  evaluation.settings->personality = game.Protocol().personality;
+  const Board& board = game.user_board.current;
+  const int score = EvaluateExact(evaluation, board, ClassifyPosition(board, UNCLASSIFIED));
+  Output << "eval: " << std::int32_t(score) << "\n";
+  Output.Flush();
+  finished = true;
+}
+
+void Command_DisplayHashtableStatus::Execute(GameState& game) {
+  game.Protocol().DisplayHashtableStatus(true);
+  finished = true;
+}
+
+void Command_ResizeHashtable::Execute(GameState& game) {
+  AbstractHashTable* table = type == "trans"  ? static_cast<AbstractHashTable*>(&TRANSPOSITION_TABLE)
+                             : type == "pawn" ? static_cast<AbstractHashTable*>(&PAWN_HASH_TABLE)
+                             : type == "eval" ? static_cast<AbstractHashTable*>(&EVALUATION_HASH_TABLE)
+                                              : nullptr;
+  if (!table) Fail("unknown hashtable type");
+  std::uint64_t bytes = 0;
+  try {
+    bytes = BraskUtils::ParseMemorySize(size);
+  } catch (const string_conversion_error&) {
+    Fail("could not parse new size");
+  }
+  RequireForceMode(game);
+  // A size the machine cannot give leaves the table as it was.
+  if (!table->Resize(bytes)) Fail("not enough memory for this size");
   finished = true;
 }
 

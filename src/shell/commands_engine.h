@@ -44,22 +44,25 @@ class Command_Unavailable : public Command {
   std::string what;
 };
 
-class Command_Eval : public Command_Unavailable {
+class Command_Eval : public Command {
  public:
-  explicit Command_Eval(std::string line)
-      : Command_Unavailable(std::move(line), false, "evaluation") {}
+  using Command::Command;
+  void Execute(GameState& game) override;
 };
 
-class Command_DisplayHashtableStatus : public Command_Unavailable {
+class Command_DisplayHashtableStatus : public Command {
  public:
-  explicit Command_DisplayHashtableStatus(std::string line)
-      : Command_Unavailable(std::move(line), false, "hash tables") {}
+  using Command::Command;
+  void Execute(GameState& game) override;
 };
 
-class Command_ResizeHashtable : public Command_Unavailable {
+// hash TYPE SIZE: one of the tables "trans", "pawn", "eval" gets a new size in bytes.
+class Command_ResizeHashtable : public Command {
  public:
-  explicit Command_ResizeHashtable(std::string line)
-      : Command_Unavailable(std::move(line), true, "hash tables") {}
+  Command_ResizeHashtable(std::string line, std::string type, std::string size)
+      : Command(std::move(line)), type(std::move(type)), size(std::move(size)) {}
+  void Execute(GameState& game) override;
+  std::string type, size;
 };
 
 class Command_DisplayTablebasesStatus : public Command {
