@@ -121,6 +121,7 @@ void Generator<US>::KingMoves() {
       (discoverers & SquareBit(k)) != 0 ? moves & ~LineThrough(k, BoardTables.Direction[k][ek])
                                         : 0;
   if (!in_check) moves &= targets | (Selects(GEN_DISCOVERED_CHECKS) ? discovered : 0);
+  moves &= ~behind_king;
 
   const Move base = MakeMoveWord(k, 0, KING);
   while (moves != 0) {
@@ -128,12 +129,6 @@ void Generator<US>::KingMoves() {
     moves ^= SquareBit(to);
     if ((BoardTables.PawnAttacks[US][to] & enemy.pawns) != 0 || board.IsAttacked(to, enemy))
       continue;
-    // The king still stands on k and hides the squares behind it from a checking slider:
-    // stepping back along the checking line stays in check.
-    if (in_check) {
-      const int direction = BoardTables.Direction[k][to];
-      if (direction == check_direction[0] || direction == check_direction[1]) continue;
-    }
     *out++ = base | Move(to) << 6 | Move(CapturedOn(to)) << 15 |
              FlagIf(discovered, to, DISCOVERED_CHECK_BIT);
   }
