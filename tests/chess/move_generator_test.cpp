@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 #include "support/test_positions.h"
@@ -164,6 +165,49 @@ TEST(MoveGenerator, VectorOverloadAppendsAllMoves) {
   ASSERT_EQ(moves.size(), 49u);
   EXPECT_EQ(moves[0], INVALID);
   EXPECT_EQ(std::vector<Move>(moves.begin() + 1, moves.end()), Generate(board, 255));
+}
+
+// Every word that the board's own hash-move test accepts and that keeps the king safe, built by
+// brute force over all squares, piece types and check bits: an independent list of legal moves.
+std::vector<Move> BruteForceLegalMoves(const Board& board) {
+  std::vector<Move> legal;
+  const int sign = board.side_on_move == WHITE ? 1 : -1;
+  for (int from = 0; from < 64; ++from) {
+    const int moved = sign * board.squares[from];
+    if (moved <= 0) continue;
+    for (int to = 0; to < 64; ++to) {
+      const int on_target = -sign * board.squares[to];
+      const bool en_passant = moved == PAWN && to == board.EnPassant() && board.EnPassant() != 0;
+      const int captured = en_passant ? PAWN : on_target > 0 ? on_target : 0;
+      const bool promotes = moved == PAWN && (Rank(to) == 0 || Rank(to) == 7);
+      for (int promotion : {0, 2, 3, 4, 5}) {
+        if ((promotion != 0) != promotes) continue;
+        for (Move checks : {Move{0}, DIRECT_CHECK_BIT, DISCOVERED_CHECK_BIT,
+                            DIRECT_CHECK_BIT | DISCOVERED_CHECK_BIT}) {
+          const Move move = MakeMoveWord(from, to, moved, captured, promotion) | checks;
+          if (board.IsMovePseudoLegal(move) && !board.LeavesKingInCheck(move))
+            legal.push_back(move);
+        }
+      }
+    }
+  }
+  return legal;
+}
+
+TEST(MoveGenerator, GeneratesExactlyTheLegalMoves) {
+  std::vector<Board> boards;
+  for (const auto* list : {&Standard(), &Tactical()})
+    for (const char* fen : *list) boards.push_back(FromFen(fen));
+  TestRandom random(7);
+  for (int i = 0; i < 1000; ++i) boards.push_back(RandomPosition(random));
+  for (const Board& board : boards) {
+    std::vector<Move> generated = Generate(board, 255);
+    std::vector<Move> expected = BruteForceLegalMoves(board);
+    std::sort(generated.begin(), generated.end());
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(generated, expected) << FenOf(board) << "\n generated " << Texts(generated)
+                                   << "\n expected  " << Texts(expected);
+  }
 }
 
 // ---------------------------------------------------------------------------------------------
