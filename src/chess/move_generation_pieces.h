@@ -102,13 +102,16 @@ void Generator<US>::PieceMoves(Bitboard pieces) {
     }
     moves &= AllowedTargets<TYPE>(direct, discovered, is_discoverer);
 
+    // A local write pointer: the member would be reloaded after every store.
+    Move* write = out;
     const Move base = MakeMoveWord(from, 0, TYPE);
     while (moves != 0) {
       const int to = FindNextBit(moves);
       moves ^= SquareBit(to);
-      *out++ = base | Move(to) << 6 | Move(CapturedOn(to)) << 15 |
-               FlagIf(direct, to, DIRECT_CHECK_BIT) | FlagIf(discovered, to, DISCOVERED_CHECK_BIT);
+      *write++ = base | Move(to) << 6 | Move(CapturedOn(to)) << 15 |
+                 FlagIf(direct, to, DIRECT_CHECK_BIT) | FlagIf(discovered, to, DISCOVERED_CHECK_BIT);
     }
+    out = write;
   }
 }
 
