@@ -11,7 +11,7 @@
 
 #include "chess/board.h"
 #include "chess/move_generator.h"
-#include "support/fen_board.h"
+#include "chess/user_board.h"
 #include "support/perft.h"
 
 namespace TestPositions {
@@ -62,10 +62,9 @@ inline const std::vector<const char*>& Tactical() {
 }
 
 inline Board FromFen(std::string_view fen) {
-  Board board;
-  const std::string error = FenBoard::SetupFromFen(board, fen);
-  EXPECT_EQ(error, "") << fen;
-  return board;
+  UserBoard game;
+  EXPECT_NO_THROW(game.SetFEN(fen)) << fen;
+  return game.current;
 }
 
 // The position as FEN (without the move counters), for failure messages.
