@@ -1,0 +1,107 @@
+#include "shell/commands_engine.h"
+
+#include <algorithm>
+#include <climits>
+
+#include "bitbases/tablebases.h"
+#include "chess/memory_size.h"
+#include "shell/basic_protocol.h"
+#include "shell/error_command.h"
+#include "shell/os_dependent.h"
+#include "shell/tee_stream.h"
+#include "shell/game_state.h"
+
+namespace BraskInterfaces {
+
+void Command_Contempt::Execute(GameState& game) {
+  RequireForceMode(game);
+  const int clamped = std::clamp(value, -32767, 32767);
+  if (clamped != game.search.contempt) {
+    game.search.SetContempt(clamped);
+    game.draw_handler.contempt = clamped;
+    game.draw_handler.Reset();
+  }
+  finished = true;
+}
+
+void Command_SetPersonality::Execute(GameState& game) {
+  RequireForceMode(game);
+  const std::int16_t clamped = std::int16_t(std::clamp(value, -1000, 1000));
+  if (clamped != game.Protocol().personality) {
+    game.search.SetPersonality(clamped);
+    game.Protocol().personality = clamped;
+  }
+  finished = true;
+}
+
+void Command_DisplayPersonality::Execute(GameState& game) {
+  game.Protocol().DisplayPersonality();
+  finished = true;
+}
+
+void Command_Unavailable::Execute(GameState& game) {
+  if (needs_force_mode) RequireForceMode(game);
+  Fail(what + " not available in this version");
+}
+
+}  // namespace BraskInterfaces
+
+namespace BraskInterfaces {
+
+void Command_DisplayTablebasesStatus::Execute(GameState&) {
+  const auto not_loaded = [](bool loaded) { return loaded ? "" : "not "; };
+  Output << "Supported bitbases/tablebases:\n"
+         << "Nalimov tablebases (type=nalimov)\n"
+         << "King+pawn vs king bitbases (built-in)\n"
+         << "King+pawn vs king+pawn bitbases (" << not_loaded(false) << "loaded)\n"
+         << "King+pawn+pawn vs king+pawn with pawn ram bitbases (" << not_loaded(false)
+         << "loaded)\n"
+         << "Generic bitbases supporting up to " << std::int32_t(GENERIC_BITBASE_MAX_PIECES)
+         << " pieces\n";
+  Output.Flush();
+  finished = true;
+}
+
+void Command_InitTablebases::Execute(GameState& game) {
+  if (type != "nalimov") Fail("could not parse type");
+  std::uint64_t bytes = 0;
+  try {
+    bytes = BraskUtils::ParseMemorySize(size);
+  } catch (const string_conversion_error&) {
+    Fail("could not parse new size");
+  }
+  RequireForceMode(game);
+  NalimovInitializer initializer;
+  try {
+    initializer.Initialize(paths, bytes > std::uint64_t(INT64_MAX) ? -1 : std::int64_t(bytes));
+  } catch (const BraskTablebases::TB_Exception& error) {
+    throw IgnorableErrorCommand(ErrorCommand::error, error.what(), line);
+  }
+  finished = true;
+}
+
+void NalimovInitializer::Initialize(const std::string& path, std::int64_t size) {
+  BraskTablebases::InitTablebases(path, BraskTablebases::CheckedCacheSize(size));
+}
+
+void Command_Probe::Execute(GameState&) {
+  if (!checked) {
+    try {
+      board.SetFEN(fen);
+    } catch (const UserBoard::io_error&) {
+      Fail("input inconsistent with FEN standard");
+    } catch (const UserBoard::invalid_position&) {
+      Fail("Illegal position");
+    }
+    checked = true;
+  }
+  board.Display(true);
+  int score = 0;
+  const int result = BraskTablebases::ProbeTablebase(board.current, &score);
+  Output << "\nProbing bitbases: disabled"
+         << "\nProbing tablebases: " << BraskTablebases::DescribeProbe(result, score) << "\n";
+  Output.Flush();
+  finished = true;
+}
+
+}  // namespace BraskInterfaces
