@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+#include <vector>
+
 #include <cctype>
 #include <string>
 
@@ -11,7 +14,6 @@
 #include "search/hash.h"
 #include "search/position_type.h"
 #include "support/board_from_fen.h"
-#include "support/fen_board.h"
 #include "support/test_positions.h"
 
 namespace {
@@ -19,7 +21,9 @@ namespace {
 // The same position with the colours exchanged: ranks flipped, cases swapped, the other side on
 // move.
 std::string MirrorFen(const std::string& fen) {
-  const auto fields = FenBoard::SplitFields(fen);
+  std::istringstream stream(fen);
+  std::vector<std::string> fields(4);
+  for (std::string& field : fields) stream >> field;
   std::string placement(fields[0]);
   std::string ranks[8];
   int rank = 0;
