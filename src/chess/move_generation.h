@@ -113,7 +113,6 @@ class Generator {
   template <int DIRECTION>
   void PawnCaptures();
   void EnPassant();
-  bool TwoPawnsUncoverRank(int from, int cap, int king, const PieceSet& slider_side) const;
   void Promotions(int from, int to, Move base, int mask);
 
   void PrepareEvasions();
