@@ -21,7 +21,7 @@ brask_ensure_packages() {
 }
 
 BRASK_BUILD_PACKAGES=(g++ cmake make libroaring-dev)
-BRASK_TEST_PACKAGES=(libgtest-dev python3)
+BRASK_TEST_PACKAGES=(libgtest-dev python3 xboard xvfb xauth fairymax)
 
 # Configures and builds the given build directory (Release unless a type is given).
 brask_build() {

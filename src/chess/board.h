@@ -75,6 +75,9 @@ class Board {
   bool IsQueenAttackedByLesser() const;
   bool IsPinnedTo(int square, int king, const PieceSet& slider_side) const;
   bool IsEnPassantLegal(Move move) const;
+  // Both pawns of an en-passant capture (from, cap) leave the rank at once, which no pin test
+  // sees: does that open the rank between the king and a rook or queen of slider_side?
+  bool TwoPawnsOnRankExpose(int from, int cap, int king, const PieceSet& slider_side) const;
 
   void Display(bool with_state) const;
 
@@ -136,7 +139,6 @@ class Board {
   void Promote(int to, int promoted);
   void RemoveEnPassantPawn(int to);
   std::uint64_t MoveCastlingRook(int king_to);
-  bool TwoPawnsOnRankExpose(int from, int cap, int king, const PieceSet& slider_side) const;
   bool IsCastlingPseudoLegal(Move move) const;
   bool GivesDirectCheckFromHere(Move move) const;
   bool GivesDiscoveredCheckFromHere(Move move) const;

@@ -113,15 +113,9 @@ class Generator {
   template <int DIRECTION>
   void PawnCaptures();
   void EnPassant();
-  bool TwoPawnsUncoverRank(int from, int cap, int king, const PieceSet& slider_side) const;
   void Promotions(int from, int to, Move base, int mask);
 
   void PrepareEvasions();
-  // The line on which a checker attacks the king; 0 for a pawn, whose diagonal the king may step
-  // along, and for a knight.
-  int CheckingLine(int square) const {
-    return (enemy.pawns & SquareBit(square)) != 0 ? 0 : BoardTables.Direction[square][k];
-  }
   bool Selects(int bits) const { return (mask & bits) != 0; }
   // The type of the piece on a target square; targets never hold own pieces.
   int CapturedOn(int square) const { return S::ENEMY_SIGN * board.squares[square]; }
@@ -135,8 +129,8 @@ class Generator {
   int ek;  // enemy king
   bool in_check;
   bool double_check = false;
-  int check_direction[2] = {0, 0};  // lines of the checking sliders onto the king, 0 for others
-  Bitboard checker = 0;             // the single checking piece
+  Bitboard behind_king = 0;         // next to the king on a checking slider's line, beyond it
+  Bitboard checker = 0;             // the (highest) checking piece
   Bitboard bishop_from_ek;          // a bishop (or queen) moving here gives direct check
   Bitboard rook_from_ek;            // a rook (or queen) moving here gives direct check
   Bitboard discoverers;             // own pieces whose departure can uncover the enemy king
@@ -176,22 +170,24 @@ Generator<US>::Generator(const Board& board_, int mask_, Move* out_)
 }
 
 // A single check is met by taking the checker or, for a slider, by blocking its line (Between is
-// empty for a knight, a pawn, and any checker next to the king). Against two checks only the king
-// can move.
+// empty for a knight, a pawn, and any checker next to the king). Against more checks only the
+// king can move. A position read from a file may have three checkers, so all are looked at.
 template <int US>
 void Generator<US>::PrepareEvasions() {
   const Bitboard attackers = board.AttackersTo(k) & enemy.all;
   const int first = FindNextBit(attackers);
-  const Bitboard others = attackers ^ SquareBit(first);
-  check_direction[0] = CheckingLine(first);
-  if (others != 0) {
-    double_check = true;
-    check_direction[1] = CheckingLine(FindNextBit(others));
-    targets = 0;
-    return;
-  }
   checker = SquareBit(first);
-  targets = checker | BoardTables.Between[first][k];
+  double_check = attackers != checker;
+  targets = double_check ? 0 : checker | BoardTables.Between[first][k];
+  // The king still stands on k and hides the square behind it from a checking slider; a pawn's
+  // diagonal ends at the king, so the king may step on along it.
+  Bitboard sliders = attackers & (enemy.bishops | enemy.rooks | enemy.queens);
+  while (sliders != 0) {
+    const int slider = FindNextBit(sliders);
+    sliders ^= SquareBit(slider);
+    const int direction = BoardTables.Direction[slider][k];
+    behind_king |= BoardTables.Ray[direction - 1][k] & BoardTables.KingAttacks[k];
+  }
 }
 
 template <int US>

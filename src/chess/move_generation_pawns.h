@@ -85,20 +85,6 @@ void Generator<US>::PawnCaptures() {
   }
 }
 
-// Both pawns of an en-passant capture leave the rank at once, which no pin test sees: the rank
-// opens between the king and a rook or queen if the nearer pawn sees the king and the farther one
-// sees such a slider.
-template <int US>
-bool Generator<US>::TwoPawnsUncoverRank(int from, int cap, int king,
-                                        const PieceSet& slider_side) const {
-  const bool from_is_nearer =
-      BoardTables.ManhattanDistance[from][king] < BoardTables.ManhattanDistance[cap][king];
-  const int nearer = from_is_nearer ? from : cap;
-  const int farther = from_is_nearer ? cap : from;
-  return (board.RankAttacksFrom(nearer) & SquareBit(king)) != 0 &&
-         (board.RankAttacksFrom(farther) & (slider_side.rooks | slider_side.queens)) != 0;
-}
-
 template <int US>
 void Generator<US>::EnPassant() {
   const int e = board.EnPassant();
@@ -121,7 +107,7 @@ void Generator<US>::EnPassant() {
     capturers ^= SquareBit(from);
     const int to_king = BoardTables.Direction[from][k];
     if (to_king != 0) {
-      if (Rank(cap) == Rank(k) && TwoPawnsUncoverRank(from, cap, k, enemy)) continue;
+      if (Rank(cap) == Rank(k) && board.TwoPawnsOnRankExpose(from, cap, k, enemy)) continue;
       const int step = BoardTables.Direction[from][e];
       if (step != to_king && step != BoardTables.Direction[k][from] &&
           board.IsPinnedTo(from, k, enemy))
@@ -130,7 +116,7 @@ void Generator<US>::EnPassant() {
     const bool direct = (BoardTables.PawnAttacks[US][e] & SquareBit(ek)) != 0;
     bool discovered = uncovers_through_cap;
     if (!discovered && Rank(from) == Rank(ek))
-      discovered = TwoPawnsUncoverRank(from, cap, ek, own);
+      discovered = board.TwoPawnsOnRankExpose(from, cap, ek, own);
     if (!discovered && (discoverers & SquareBit(from)) != 0) {
       const int line = BoardTables.Direction[ek][from];
       const int step = BoardTables.Direction[from][e];

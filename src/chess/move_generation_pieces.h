@@ -102,13 +102,16 @@ void Generator<US>::PieceMoves(Bitboard pieces) {
     }
     moves &= AllowedTargets<TYPE>(direct, discovered, is_discoverer);
 
+    // A local write pointer: the member would be reloaded after every store.
+    Move* write = out;
     const Move base = MakeMoveWord(from, 0, TYPE);
     while (moves != 0) {
       const int to = FindNextBit(moves);
       moves ^= SquareBit(to);
-      *out++ = base | Move(to) << 6 | Move(CapturedOn(to)) << 15 |
-               FlagIf(direct, to, DIRECT_CHECK_BIT) | FlagIf(discovered, to, DISCOVERED_CHECK_BIT);
+      *write++ = base | Move(to) << 6 | Move(CapturedOn(to)) << 15 |
+                 FlagIf(direct, to, DIRECT_CHECK_BIT) | FlagIf(discovered, to, DISCOVERED_CHECK_BIT);
     }
+    out = write;
   }
 }
 
@@ -121,6 +124,7 @@ void Generator<US>::KingMoves() {
       (discoverers & SquareBit(k)) != 0 ? moves & ~LineThrough(k, BoardTables.Direction[k][ek])
                                         : 0;
   if (!in_check) moves &= targets | (Selects(GEN_DISCOVERED_CHECKS) ? discovered : 0);
+  moves &= ~behind_king;
 
   const Move base = MakeMoveWord(k, 0, KING);
   while (moves != 0) {
@@ -128,12 +132,6 @@ void Generator<US>::KingMoves() {
     moves ^= SquareBit(to);
     if ((BoardTables.PawnAttacks[US][to] & enemy.pawns) != 0 || board.IsAttacked(to, enemy))
       continue;
-    // The king still stands on k and hides the squares behind it from a checking slider:
-    // stepping back along the checking line stays in check.
-    if (in_check) {
-      const int direction = BoardTables.Direction[k][to];
-      if (direction == check_direction[0] || direction == check_direction[1]) continue;
-    }
     *out++ = base | Move(to) << 6 | Move(CapturedOn(to)) << 15 |
              FlagIf(discovered, to, DISCOVERED_CHECK_BIT);
   }

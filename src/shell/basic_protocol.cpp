@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "chess/tokenizer.h"
+#include "search/hash_report.h"
 #include "search/search_serial.h"
 #include "shell/command.h"
 #include "shell/error_command.h"
@@ -98,7 +99,10 @@ void BasicProtocol::DisplayPersonality() {
   Output.Flush();
 }
 
-void BasicProtocol::DisplayHashtableStatus(bool) {}
+void BasicProtocol::DisplayHashtableStatus(bool detailed) {
+  Output << HashtableStatusText(detailed);
+  Output.Flush();
+}
 
 std::string BasicProtocol::EngineName() const {
   if (id.size() >= 3 && id.starts_with("##")) return id.substr(2);

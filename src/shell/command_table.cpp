@@ -134,7 +134,8 @@ CommandPtr MakePersonality(BasicProtocol&, const Tokens& tokens, const std::stri
 CommandPtr MakeTablebases(BasicProtocol&, const Tokens& tokens, const std::string& line) {
   if (tokens.size() == 1) return std::make_unique<Command_DisplayTablebasesStatus>(line);
   if (tokens.size() < 4) Refuse("missing parameters", line);
-  return std::make_unique<Command_InitTablebases>(line, tokens[1], tokens[2]);
+  return std::make_unique<Command_InitTablebases>(line, tokens[1], tokens[2],
+                                                  RestOfLine(line, 3));
 }
 
 CommandPtr MakeResult(BasicProtocol&, const Tokens& tokens, const std::string& line) {

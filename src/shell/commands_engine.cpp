@@ -1,12 +1,17 @@
 #include "shell/commands_engine.h"
 
 #include <algorithm>
+#include <climits>
 
+#include "bitbases/tablebases.h"
 #include "chess/memory_size.h"
-#include "chess/user_board.h"
+#include "evaluation/evaluate.h"
+#include "search/hash.h"
+#include "search/position_type.h"
 #include "shell/basic_protocol.h"
-#include "shell/conversions.h"
 #include "shell/error_command.h"
+#include "shell/os_dependent.h"
+#include "shell/tee_stream.h"
 #include "shell/game_state.h"
 
 namespace BraskInterfaces {
@@ -37,42 +42,103 @@ void Command_DisplayPersonality::Execute(GameState& game) {
   finished = true;
 }
 
+void Command_Eval::Execute(GameState& game) {
+  EvaluationState evaluation;
+  evaluation.settings->personality = game.Protocol().personality;
+  const Board& board = game.user_board.current;
+  const int score = EvaluateExact(evaluation, board, ClassifyPosition(board, UNCLASSIFIED));
+  Output << "eval: " << std::int32_t(score) << "\n";
+  Output.Flush();
+  finished = true;
+}
+
+void Command_DisplayHashtableStatus::Execute(GameState& game) {
+  game.Protocol().DisplayHashtableStatus(true);
+  finished = true;
+}
+
+void Command_ResizeHashtable::Execute(GameState& game) {
+  AbstractHashTable* table = type == "trans"  ? static_cast<AbstractHashTable*>(&TRANSPOSITION_TABLE)
+                             : type == "pawn" ? static_cast<AbstractHashTable*>(&PAWN_HASH_TABLE)
+                             : type == "eval" ? static_cast<AbstractHashTable*>(&EVALUATION_HASH_TABLE)
+                                              : nullptr;
+  if (!table) Fail("unknown hashtable type");
+  std::uint64_t bytes = 0;
+  try {
+    bytes = BraskUtils::ParseMemorySize(size);
+  } catch (const string_conversion_error&) {
+    Fail("could not parse new size");
+  }
+  RequireForceMode(game);
+  // A size the machine cannot give leaves the table as it was.
+  if (!table->Resize(bytes)) Fail("not enough memory for this size");
+  finished = true;
+}
+
+// Missing machinery is no fault of the user's: start-up passes over the refusal.
 void Command_Unavailable::Execute(GameState& game) {
-  CheckArguments();
   if (needs_force_mode) RequireForceMode(game);
   throw IgnorableErrorCommand(ErrorCommand::error, what + " not available in this version", line);
 }
 
-namespace {
-bool IsMemorySize(const std::string& text) {
-  try {
-    BraskUtils::ParseMemorySize(text);
-    return true;
-  } catch (const string_conversion_error&) {
-    return false;
-  }
-}
-}  // namespace
+}  // namespace BraskInterfaces
 
-void Command_ResizeHashtable::CheckArguments() const {
-  if (table != "trans" && table != "pawn" && table != "eval") Fail("unknown hashtable type");
-  if (!IsMemorySize(size)) Fail("could not parse new size");
+namespace BraskInterfaces {
+
+void Command_DisplayTablebasesStatus::Execute(GameState&) {
+  const auto not_loaded = [](bool loaded) { return loaded ? "" : "not "; };
+  Output << "Supported bitbases/tablebases:\n"
+         << "Nalimov tablebases (type=nalimov)\n"
+         << "King+pawn vs king bitbases (built-in)\n"
+         << "King+pawn vs king+pawn bitbases (" << not_loaded(false) << "loaded)\n"
+         << "King+pawn+pawn vs king+pawn with pawn ram bitbases (" << not_loaded(false)
+         << "loaded)\n"
+         << "Generic bitbases supporting up to " << std::int32_t(GENERIC_BITBASE_MAX_PIECES)
+         << " pieces\n";
+  Output.Flush();
+  finished = true;
 }
 
-void Command_InitTablebases::CheckArguments() const {
+void Command_InitTablebases::Execute(GameState& game) {
   if (type != "nalimov") Fail("could not parse type");
-  if (!IsMemorySize(size)) Fail("could not parse new size");
+  std::uint64_t bytes = 0;
+  try {
+    bytes = BraskUtils::ParseMemorySize(size);
+  } catch (const string_conversion_error&) {
+    Fail("could not parse new size");
+  }
+  RequireForceMode(game);
+  NalimovInitializer initializer;
+  try {
+    initializer.Initialize(paths, bytes > std::uint64_t(INT64_MAX) ? -1 : std::int64_t(bytes));
+  } catch (const BraskTablebases::TB_Exception& error) {
+    throw IgnorableErrorCommand(ErrorCommand::error, error.what(), line);
+  }
+  finished = true;
 }
 
-void Command_Probe::CheckArguments() const {
-  UserBoard board;
-  try {
-    board.SetFEN(fen);
-  } catch (const UserBoard::io_error&) {
-    Fail("input inconsistent with FEN standard");
-  } catch (const UserBoard::invalid_position&) {
-    Fail("Illegal position");
+void NalimovInitializer::Initialize(const std::string& path, std::int64_t size) {
+  BraskTablebases::InitTablebases(path, BraskTablebases::CheckedCacheSize(size));
+}
+
+void Command_Probe::Execute(GameState&) {
+  if (!checked) {
+    try {
+      board.SetFEN(fen);
+    } catch (const UserBoard::io_error&) {
+      Fail("input inconsistent with FEN standard");
+    } catch (const UserBoard::invalid_position&) {
+      Fail("Illegal position");
+    }
+    checked = true;
   }
+  board.Display(true);
+  int score = 0;
+  const int result = BraskTablebases::ProbeTablebase(board.current, &score);
+  Output << "\nProbing bitbases: disabled"
+         << "\nProbing tablebases: " << BraskTablebases::DescribeProbe(result, score) << "\n";
+  Output.Flush();
+  finished = true;
 }
 
 }  // namespace BraskInterfaces

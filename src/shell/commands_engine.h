@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "chess/user_board.h"
 #include "shell/command.h"
 
 namespace BraskInterfaces {
@@ -30,8 +31,10 @@ class Command_DisplayPersonality : public Command {
   void Execute(GameState& game) override;
 };
 
-// Commands whose machinery the engine does not have yet: they check their arguments and the mode,
-// then refuse. The refusal can be passed over at start-up, where it is no fault of the user's.
+// The most pieces, kings included, of a generic bitbase.
+constexpr int GENERIC_BITBASE_MAX_PIECES = 5;
+
+// Commands whose machinery the engine does not have yet: they check what they can and refuse.
 class Command_Unavailable : public Command {
  public:
   Command_Unavailable(std::string line, bool needs_force_mode, std::string what)
@@ -39,65 +42,67 @@ class Command_Unavailable : public Command {
   void Execute(GameState& game) override;
   bool needs_force_mode;
   std::string what;
-
- protected:
-  // Throws the ErrorCommand for arguments that would be wrong with the machinery in place.
-  virtual void CheckArguments() const {}
 };
 
-class Command_Eval : public Command_Unavailable {
+class Command_Eval : public Command {
  public:
-  explicit Command_Eval(std::string line)
-      : Command_Unavailable(std::move(line), false, "evaluation") {}
+  using Command::Command;
+  void Execute(GameState& game) override;
 };
 
-class Command_DisplayHashtableStatus : public Command_Unavailable {
+class Command_DisplayHashtableStatus : public Command {
  public:
-  explicit Command_DisplayHashtableStatus(std::string line)
-      : Command_Unavailable(std::move(line), false, "hash tables") {}
+  using Command::Command;
+  void Execute(GameState& game) override;
 };
 
-// hash T S: the table (trans, pawn or eval) and its new size.
-class Command_ResizeHashtable : public Command_Unavailable {
+// hash TYPE SIZE: one of the tables "trans", "pawn", "eval" gets a new size in bytes.
+class Command_ResizeHashtable : public Command {
  public:
-  Command_ResizeHashtable(std::string line, std::string table, std::string size)
-      : Command_Unavailable(std::move(line), true, "hash tables"),
-        table(std::move(table)),
-        size(std::move(size)) {}
-  std::string table, size;
-
- protected:
-  void CheckArguments() const override;
-};
-
-class Command_DisplayTablebasesStatus : public Command_Unavailable {
- public:
-  explicit Command_DisplayTablebasesStatus(std::string line)
-      : Command_Unavailable(std::move(line), false, "endgame databases") {}
-};
-
-// tb T S paths: the kind of tablebase, its cache size, and where its files are.
-class Command_InitTablebases : public Command_Unavailable {
- public:
-  Command_InitTablebases(std::string line, std::string type, std::string size)
-      : Command_Unavailable(std::move(line), true, "endgame databases"),
-        type(std::move(type)),
-        size(std::move(size)) {}
+  Command_ResizeHashtable(std::string line, std::string type, std::string size)
+      : Command(std::move(line)), type(std::move(type)), size(std::move(size)) {}
+  void Execute(GameState& game) override;
   std::string type, size;
-
- protected:
-  void CheckArguments() const override;
 };
 
-// probe FEN: the position must be one the engine can set up.
-class Command_Probe : public Command_Unavailable {
+class Command_DisplayTablebasesStatus : public Command {
+ public:
+  using Command::Command;
+  void Execute(GameState& game) override;
+};
+
+// tb nalimov SIZE PATHS: registers the tablebase files and sets the block cache.
+class Command_InitTablebases : public Command {
+ public:
+  // One kind of tablebase is known: the type word "nalimov".
+  class Initializer {
+   public:
+    virtual ~Initializer() = default;
+    virtual void Initialize(const std::string& path, std::int64_t size) = 0;
+  };
+
+  Command_InitTablebases(std::string line, std::string type, std::string size, std::string paths)
+      : Command(std::move(line)), type(std::move(type)), size(std::move(size)),
+        paths(std::move(paths)) {}
+  void Execute(GameState& game) override;
+  std::string type, size, paths;
+};
+
+class NalimovInitializer : public Command_InitTablebases::Initializer {
+ public:
+  void Initialize(const std::string& path, std::int64_t size) override;
+};
+
+// probe FEN: what the bitbases and the tablebases say of a position.
+class Command_Probe : public Command {
  public:
   Command_Probe(std::string line, std::string fen)
-      : Command_Unavailable(std::move(line), false, "endgame databases"), fen(std::move(fen)) {}
+      : Command(std::move(line)), fen(std::move(fen)) {}
+  void Execute(GameState& game) override;
   std::string fen;
 
- protected:
-  void CheckArguments() const override;
+ private:
+  UserBoard board;
 };
 
 class Command_Generate : public Command_Unavailable {

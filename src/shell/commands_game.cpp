@@ -164,51 +164,67 @@ void Command_Move::GoOn(GameState& game) {
     game.RequestSearch(SearchState::analyze, game.user_board);
 }
 
-void Command_Undo::Execute(GameState& game) {
-  if (!checked) {
-    if (game.user_board.moves.empty()) Fail("no move to undo");
-    if (count <= 0) Fail("argument out of bounds");
-    if (game.engine_mode != EngineMode::force && game.engine_mode != EngineMode::analyze)
-      Fail("must be in force mode");
-    checked = true;
-  }
+namespace {
+// Undo and next walk the game record in the two directions.
+struct RecordDirection {
+  void (UserBoard::*step)();
+  void (UserBoard::*all)();
+  std::vector<Move> UserBoard::*pending;  // the moves there are to step over
+  std::string (*warning)(int remaining);
+};
+
+const RecordDirection BACKWARD{
+    &UserBoard::Undo, &UserBoard::Rewind, &UserBoard::moves, [](int remaining) {
+      return "could not undo " + std::to_string(remaining) +
+             " move(s), because start position has been reached";
+    }};
+
+const RecordDirection FORWARD{
+    &UserBoard::Next, &UserBoard::NextAll, &UserBoard::next_moves, [](int remaining) {
+      return std::to_string(remaining) +
+             " move(s) could not be made, because next move buffer is empty";
+    }};
+
+bool InForceOrAnalyzeMode(const GameState& game) {
+  return game.engine_mode == EngineMode::force || game.engine_mode == EngineMode::analyze;
+}
+
+void StepThroughRecord(GameState& game, int count, const RecordDirection& direction,
+                       bool& finished) {
   game.AbortSearch(true);
-  if (count == ALL_MOVES) {
-    game.user_board.Rewind();
+  UserBoard& board = game.user_board;
+  if (count == Command_Undo::ALL_MOVES) {
+    (board.*direction.all)();
   } else {
     int remaining = count;
-    for (; remaining > 0 && !game.user_board.moves.empty(); --remaining) game.user_board.Undo();
-    if (remaining > 0)
-      game.Protocol().SendWarning("could not undo " + std::to_string(remaining) +
-                                  " move(s), because start position has been reached");
+    for (; remaining > 0 && !(board.*direction.pending).empty(); --remaining)
+      (board.*direction.step)();
+    if (remaining > 0) game.Protocol().SendWarning(direction.warning(remaining));
   }
   game.ponder_move = PONDER_MOVE_UNKNOWN;
   game.Protocol().DisplayPositionAfterChange(game);
   RequestAnalyzeIfAnalyzing(game, finished);
+}
+}  // namespace
+
+void Command_Undo::Execute(GameState& game) {
+  if (!checked) {
+    if (game.user_board.moves.empty()) Fail("no move to undo");
+    if (count <= 0) Fail("argument out of bounds");
+    if (!InForceOrAnalyzeMode(game)) Fail("must be in force mode");
+    checked = true;
+  }
+  StepThroughRecord(game, count, BACKWARD, finished);
 }
 
 void Command_Next::Execute(GameState& game) {
   if (!checked) {
     if (game.user_board.next_moves.empty()) Fail("next move buffer is empty");
     if (count <= 0) Fail("argument out of bounds");
-    if (game.engine_mode != EngineMode::force && game.engine_mode != EngineMode::analyze)
-      Fail("must be in force mode");
+    if (!InForceOrAnalyzeMode(game)) Fail("must be in force mode");
     checked = true;
   }
-  game.AbortSearch(true);
-  if (count == ALL_MOVES) {
-    game.user_board.NextAll();
-  } else {
-    int remaining = count;
-    for (; remaining > 0 && !game.user_board.next_moves.empty(); --remaining)
-      game.user_board.Next();
-    if (remaining > 0)
-      game.Protocol().SendWarning(std::to_string(remaining) +
-                                  " move(s) could not be made, because next move buffer is empty");
-  }
-  game.ponder_move = PONDER_MOVE_UNKNOWN;
-  game.Protocol().DisplayPositionAfterChange(game);
-  RequestAnalyzeIfAnalyzing(game, finished);
+  StepThroughRecord(game, count, FORWARD, finished);
 }
 
 // Two half-moves go back once, on the first execution; a running search is dropped afterwards.

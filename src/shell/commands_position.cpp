@@ -16,16 +16,18 @@
 
 namespace BraskInterfaces {
 
-std::string RestOfLine(const std::string& line) {
+std::string RestOfLine(const std::string& line, int words) {
   const char* blanks = " \t\r\n";
-  const auto word_start = line.find_first_not_of(blanks);
-  if (word_start == std::string::npos) return "";
-  const auto word_end = line.find_first_of(blanks, word_start);
-  if (word_end == std::string::npos) return "";
-  const auto rest = line.find_first_not_of(blanks, word_end);
+  std::size_t position = 0;
+  for (int word = 0; word < words; ++word) {
+    position = line.find_first_not_of(blanks, position);
+    if (position == std::string::npos) return "";
+    position = line.find_first_of(blanks, position);
+    if (position == std::string::npos) return "";
+  }
+  const auto rest = line.find_first_not_of(blanks, position);
   if (rest == std::string::npos) return "";
-  const auto last = line.find_last_not_of(blanks);
-  return line.substr(rest, last - rest + 1);
+  return line.substr(rest, line.find_last_not_of(blanks) - rest + 1);
 }
 
 void Command_SetupBoardCommands::Execute(GameState& game) {

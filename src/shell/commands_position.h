@@ -73,7 +73,7 @@ class Command_WritePGN : public Command {
   std::string file;
 };
 
-// The text of a line behind its first word, as typed: a FEN keeps its blanks.
-std::string RestOfLine(const std::string& line);
+// The text of a line behind its first words, as typed: a FEN or a path list keeps its blanks.
+std::string RestOfLine(const std::string& line, int words = 1);
 
 }  // namespace BraskInterfaces

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "chess/bitboard.h"
+#include "bitbases/tablebases.h"
 #include "chess/board.h"
 
 void DrawHandler::Reset() {
@@ -77,6 +78,17 @@ bool DrawHandler::ShouldResign() const {
   return hopeless_streak >= (opponent_is_computer ? 5 : 6);
 }
 
-DrawHandler::Verdict TablebaseVerdict(const Board&, DrawHandler::Verdict) {
-  return DrawHandler::unknown;
+DrawHandler::Verdict TablebaseVerdict(const Board& board, DrawHandler::Verdict previous) {
+  int score = 0;
+  switch (BraskTablebases::ProbeTablebase(board, &score)) {
+    case BraskTablebases::TB_FOUND:
+      if (score == 0) return DrawHandler::drawn;
+      if (score > 0) return DrawHandler::won;
+      return BraskTablebases::TablebaseMateIsFar(board) ? DrawHandler::lost_far
+                                                        : DrawHandler::lost_soon;
+    case BraskTablebases::TB_QUEUED:
+      return previous;
+    default:
+      return DrawHandler::unknown;
+  }
 }

@@ -37,5 +37,5 @@ class DrawHandler {
   bool IsHopeless(const Board& board, std::int32_t score) const;
 };
 
-// The tablebase verdict for a position; unknown until tablebases are attached.
+// What the tablebases say of a position, from the side on move; a queued probe keeps the verdict.
 DrawHandler::Verdict TablebaseVerdict(const Board& board, DrawHandler::Verdict previous);

@@ -1,6 +1,7 @@
 #include <string>
 #include <vector>
 
+#include "search/hash.h"
 #include "shell/application.h"
 #include "shell/log_file.h"
 #include "shell/os_dependent.h"
@@ -10,6 +11,9 @@ int main(int argc, char* argv[]) {
   CheckPlatformArithmetic();
   OpenNumberedLog();
   WriteBitboardAlgorithms();
+  TRANSPOSITION_TABLE.Resize(DEFAULT_TRANSPOSITION_BYTES);
+  PAWN_HASH_TABLE.Resize(DEFAULT_PAWN_HASH_BYTES);
+  EVALUATION_HASH_TABLE.Resize(DEFAULT_EVALUATION_HASH_BYTES);
   ExecutableDirectory(argc > 0 && argv[0] != nullptr ? argv[0] : "");
   const std::vector<std::string> arguments = CommandLineArguments(argc, argv);
 

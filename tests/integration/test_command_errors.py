@@ -114,7 +114,7 @@ def test_refusals_of_missing_machinery_check_arguments_first():
 
 
 def test_refusals_leave_the_game_as_it_was():
-    refused = ["eval", "hash", "hash eval 1M", "tb", "tb nalimov 8M here", "probe " + START_FEN,
+    refused = ["hash eval 0M", "hash eval 1Q", "tb nalimov 8M here", "probe 8/8 w - - 0 1",
                "generate", "verify", "optimize_piece", "e5e4", "Nf3", "undo 0", "undo -3",
                "next 1", "remove", "setboard 8/8/8/8/8/8/8/8 w - - 0 1", "level 0 0 -1",
                "tc 40 5 0", "playother now", "draw"]
@@ -123,8 +123,11 @@ def test_refusals_leave_the_game_as_it_was():
     expect_equal(result.files.get("after.fen"), AFTER_E4 + "\n", "position after the refusals")
     answers = result.answers()
     expect_equal(answers[-1], "enable_ettc=false", "settings after the refusals")
-    expect(all(answer.startswith(("Error", "Illegal move", "Command ignored"))
+    # The tablebase error carries the reason on a line of its own.
+    expect(all(answer.startswith(("Error", "Illegal move", "Command ignored", "Reason:"))
                for answer in answers[:-1]), f"unexpected answers: {answers[:-1]}")
+    expect_equal(sum(answer.startswith(("Error", "Illegal move", "Command ignored"))
+                     for answer in answers), len(refused), "one refusal per line")
     # Anything refused in the main loop is never a crash or a warning of start-up.
     expect("Startup" not in result.stdout, "start-up wording in the main loop")
 

@@ -4,13 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "chess/board.h"
 #include "chess/move_generator.h"
-#include "support/fen_board.h"
+#include "chess/user_board.h"
 #include "support/perft.h"
 
 namespace TestPositions {
@@ -54,15 +55,44 @@ inline const std::vector<const char*>& Tactical() {
       "4k3/4p3/8/5pP1/4K3/8/8/q7 w - f6 0 1",          // en passant while in check
       "8/8/8/8/k2K3R/8/8/8 w - - 0 1",                 // the king uncovers a check
       "7k/8/5n2/8/4K3/8/8/4r3 w - - 0 1",              // double check
+      // A pawn pushes onto the square two ahead of a discovering pawn: no discovered check.
+      "r6r/Pp1pkppp/1bP2nbN/n1P5/BB2P3/q4N2/Pp1P2PP/R2Q1RK1 w - - 1 3",
   };
   return positions;
 }
 
 inline Board FromFen(std::string_view fen) {
-  Board board;
-  const std::string error = FenBoard::SetupFromFen(board, fen);
-  EXPECT_EQ(error, "") << fen;
-  return board;
+  UserBoard game;
+  EXPECT_NO_THROW(game.SetFEN(fen)) << fen;
+  return game.current;
+}
+
+// The position as FEN (without the move counters), for failure messages.
+inline std::string FenOf(const Board& board) {
+  std::string fen;
+  for (int rank = 7; rank >= 0; --rank) {
+    int empty = 0;
+    for (int file = 0; file < 8; ++file) {
+      const int piece = board.squares[MakeSquare(file, rank)];
+      if (piece == 0) {
+        ++empty;
+        continue;
+      }
+      if (empty > 0) fen += char('0' + empty);
+      empty = 0;
+      fen += "kqrbnp?PNBRQK"[piece + 6];
+    }
+    if (empty > 0) fen += char('0' + empty);
+    if (rank > 0) fen += '/';
+  }
+  fen += board.side_on_move == WHITE ? " w " : " b ";
+  const int rights = board.Castling();
+  for (int bit = 0; bit < 4; ++bit)
+    if ((rights & (1 << bit)) != 0) fen += "KQkq"[bit];
+  if (rights == 0) fen += '-';
+  const int ep = board.EnPassant();
+  fen += ep == 0 ? std::string(" -") : std::string(" ") + char('a' + File(ep)) + char('1' + Rank(ep));
+  return fen;
 }
 
 inline std::vector<Move> Generate(const Board& board, int mask) {
@@ -92,6 +122,98 @@ void WalkTree(Board& board, int depth, const Visit& visit) {
     board.MakeMove(move);
     WalkTree(board, depth - 1, visit);
     board.UndoMove(move);
+  }
+}
+
+// A deterministic stream of small random numbers for building test positions.
+class TestRandom {
+ public:
+  explicit TestRandom(std::uint32_t seed) : state(seed) {}
+  int Below(int n) {
+    state = state * 1664525u + 1013904223u;  // a plain linear congruential step
+    return int((state >> 8) % std::uint32_t(n));
+  }
+
+ private:
+  std::uint32_t state;
+};
+
+// Calls visit(board) at every position of random games from the position, up to the plies the
+// board's stacks allow. The games are the same in every run.
+template <typename Visit>
+void PlayRandomGame(Board& board, std::uint32_t seed, const Visit& visit) {
+  TestRandom random(seed);
+  for (int plies = 0; plies < Board::MAX_PLY - 2; ++plies) {
+    visit(board);
+    const std::vector<Move> moves = Generate(board, 255);
+    if (moves.empty()) break;
+    board.MakeMove(moves[random.Below(int(moves.size()))]);
+  }
+  board.ply = 0;  // the game is thrown away; the next one starts again from the root state
+}
+
+
+// A crowded random position: two kings and up to 24 other pieces, pawns off the edge ranks, the
+// castling rights whose king and rook are at home, and an en-passant square where one could be.
+// Positions that are not legal (the side not on move in check) are rebuilt with the next draw.
+inline Board RandomPosition(TestRandom& random) {
+  for (;;) {
+    std::int8_t squares[64] = {};
+    squares[random.Below(64)] = KING;
+    int black_king;
+    do black_king = random.Below(64);
+    while (squares[black_king] != 0);
+    squares[black_king] = -KING;
+    const int pieces = 4 + random.Below(21);
+    for (int i = 0; i < pieces; ++i) {
+      const int square = random.Below(64);
+      const int type = 1 + random.Below(5);
+      if (squares[square] != 0 || (type == PAWN && (Rank(square) == 0 || Rank(square) == 7)))
+        continue;
+      squares[square] = std::int8_t(random.Below(2) == 0 ? type : -type);
+    }
+    const int side = random.Below(2);
+    int castling = 0;
+    if (squares[E1] == KING && squares[H1] == ROOK) castling |= WHITE_SHORT;
+    if (squares[E1] == KING && squares[A1] == ROOK) castling |= WHITE_LONG;
+    if (squares[E8] == -KING && squares[H8] == -ROOK) castling |= BLACK_SHORT;
+    if (squares[E8] == -KING && squares[A8] == -ROOK) castling |= BLACK_LONG;
+    // The pawn that has just made a double step stands on the fourth rank of its side.
+    int en_passant = 0;
+    const int file = random.Below(8);
+    const int pawn = side == WHITE ? MakeSquare(file, 4) : MakeSquare(file, 3);
+    const int passed = side == WHITE ? pawn + 8 : pawn - 8;
+    const int start = side == WHITE ? pawn + 16 : pawn - 16;
+    if (squares[pawn] == (side == WHITE ? -PAWN : PAWN) && squares[passed] == 0 &&
+        squares[start] == 0)
+      en_passant = passed;
+    Board board;
+    if (board.Setup(squares, side, en_passant, castling)) return board;
+  }
+}
+
+// The nodes that the move tests look at: the trees of the standard positions to depth 2, of the
+// small tactical ones to depth 3, random games from all of them, which reach endings, promotions
+// and pawn structures that the shallow trees do not, and crowded random positions with their
+// children, full of pins, discovered checks and blocked pawns that games rarely show.
+template <typename Visit>
+void VisitTestNodes(const Visit& visit) {
+  constexpr int RANDOM_POSITIONS = 1500;
+  TestRandom random(2026);
+  for (int i = 0; i < RANDOM_POSITIONS; ++i) {
+    Board board = RandomPosition(random);
+    WalkTree(board, 1, visit);
+  }
+  constexpr int GAMES_PER_POSITION = 6;
+  for (const auto* list : {&Standard(), &Tactical()}) {
+    for (const char* fen : *list) {
+      Board board = FromFen(fen);
+      WalkTree(board, list == &Standard() ? 2 : 3, visit);
+      for (std::uint32_t game = 0; game < GAMES_PER_POSITION; ++game) {
+        Board start = FromFen(fen);
+        PlayRandomGame(start, game * 7919u + 17u, visit);
+      }
+    }
   }
 }
 

@@ -3,12 +3,13 @@
 // count stands alone on the last line of the output.
 #include <chrono>
 #include <cstdint>
+#include <exception>
 #include <iostream>
 #include <string>
 #include <string_view>
 
-#include "../../tests/support/fen_board.h"
 #include "../../tests/support/perft.h"
+#include "chess/user_board.h"
 
 namespace {
 
@@ -28,6 +29,33 @@ struct Options {
 int Fail(const std::string& message) {
   std::cerr << "brask-perft: " << message << "\n" << USAGE;
   return 1;
+}
+
+// The usual perft positions are quoted without the move counters, which the engine's reader
+// insists on; they do not change the count.
+std::string WithMoveCounters(const std::string& fen) {
+  int fields = 0;
+  bool in_field = false;
+  for (char c : fen) {
+    const bool blank = c == ' ' || c == '\t';
+    if (!blank && !in_field) ++fields;
+    in_field = !blank;
+  }
+  return fields == 4 ? fen + " 0 1" : fen;
+}
+
+// Returns "" or what is wrong with the FEN.
+std::string SetupBoard(const std::string& fen, Board& board) {
+  try {
+    UserBoard game;
+    game.SetFEN(WithMoveCounters(fen));
+    board = game.current;
+    return "";
+  } catch (const std::exception& error) {
+    // The reader's texts may begin with "FEN: " already.
+    const std::string_view text = error.what();
+    return std::string(text.substr(0, 5) == "FEN: " ? text.substr(5) : text);
+  }
 }
 
 bool ReadDepth(std::string_view text, int& depth) {
@@ -88,7 +116,7 @@ int main(int argc, char** argv) {
   Options options;
   if (std::string error = ParseArguments(argc, argv, options); !error.empty()) return Fail(error);
   Board board;
-  if (std::string error = FenBoard::SetupFromFen(board, options.fen); !error.empty())
+  if (std::string error = SetupBoard(options.fen, board); !error.empty())
     return Fail("bad FEN: " + error);
 
   const auto start = std::chrono::steady_clock::now();

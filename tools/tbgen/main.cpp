@@ -1,6 +1,7 @@
 // brask-tbgen ENDGAME... [-o DIR]: solves endgames of three and four pieces by distance to mate
 // and writes them as plain Nalimov tablebase files.
 #include <chrono>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -32,6 +33,12 @@ int main(int argc, char** argv) {
     else return Usage();
   }
   if (endgames.empty()) return Usage();
+  std::error_code error;
+  std::filesystem::create_directories(directory, error);
+  if (error) {
+    std::cerr << directory << ": " << error.message() << "\n";
+    return 1;
+  }
 
   NalimovTablebases::RetrogradeSolver solver;
   solver.SetVerbose(true);

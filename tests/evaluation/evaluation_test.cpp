@@ -1,0 +1,241 @@
+#include "evaluation/evaluate.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <vector>
+
+#include <cctype>
+#include <string>
+
+#include "evaluation/blend.h"
+#include "evaluation/many_pieces.h"
+#include "evaluation/material.h"
+#include "search/hash.h"
+#include "search/position_type.h"
+#include "support/board_from_fen.h"
+#include "support/test_positions.h"
+
+namespace {
+
+// The same position with the colours exchanged: ranks flipped, cases swapped, the other side on
+// move.
+std::string MirrorFen(const std::string& fen) {
+  std::istringstream stream(fen);
+  std::vector<std::string> fields(4);
+  for (std::string& field : fields) stream >> field;
+  std::string placement(fields[0]);
+  std::string ranks[8];
+  int rank = 0;
+  for (char c : placement) {
+    if (c == '/') {
+      ++rank;
+    } else {
+      ranks[rank] += char(std::isupper(c) ? std::tolower(c) : std::toupper(c));
+    }
+  }
+  std::string mirrored = ranks[7];
+  for (int r = 6; r >= 0; --r) mirrored += "/" + ranks[r];
+  std::string castling;
+  for (char c : std::string(fields[2])) {
+    castling += c == '-' ? c : char(std::isupper(c) ? std::tolower(c) : std::toupper(c));
+  }
+  std::string en_passant(fields[3]);
+  if (en_passant != "-") en_passant[1] = en_passant[1] == '3' ? '6' : '3';
+  return mirrored + (fields[1] == "w" ? " b " : " w ") + castling + " " + en_passant + " 0 1";
+}
+
+int Exact(const std::string& fen) { return EvaluatePosition(BoardFromFen(fen)); }
+
+// Without Black's queen's rook: a whole rook up, with every other piece at home.
+constexpr const char* ROOK_UP = "1nbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQk - 0 1";
+// Without Black's queen's knight: a piece up, pawns on the board.
+constexpr const char* KNIGHT_UP = "r1bqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+class EvaluationTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    EVALUATION_HASH_TABLE.Clear();
+    PAWN_HASH_TABLE.Clear();
+    EVALUATION_HASH_TABLE.NewSearch();
+    PAWN_HASH_TABLE.NewSearch();
+  }
+};
+
+}  // namespace
+
+TEST(MaterialImbalance, WholePiecesPiecesForPawnsAndExchanges) {
+  const struct {
+    const char* fen;
+    ScorePair expected;
+  } cases[] = {
+      {TestPositions::INITIAL, {0, 0}},
+      {ROOK_UP, {400, 180}},
+      {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/1NBQKBNR w Kkq - 0 1", {-400, -180}},
+      {KNIGHT_UP, {160, 160}},
+      {"4k3/8/8/8/8/8/8/4KN2 w - - 0 1", {-120, -120}},  // a knight without pawns
+      {"4kn2/p7/8/8/8/8/8/4K3 w - - 0 1", {-160, -160}},
+      {"4kn2/8/8/8/8/8/P7/4K3 w - - 0 1", {120, 120}},
+      {"3rk3/8/8/8/8/8/8/2NBK3 w - - 0 1", {130, 180}},  // two minors for a rook
+      {"2nbk3/8/8/8/8/8/8/3RK3 w - - 0 1", {-130, -180}},
+      {"3qk3/8/8/8/8/8/8/1NNBK3 w - - 0 1", {50, 100}},  // three minors for a queen
+      {"1nnbk3/8/8/8/8/8/8/3QK3 w - - 0 1", {-50, -100}},
+      {"3rk3/8/8/8/8/8/8/3NK3 w - - 0 1", {0, 0}},  // the exchange
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(MaterialImbalance(BoardFromFen(c.fen)), c.expected) << c.fen;
+}
+
+TEST(MaterialImbalance, TheBishopPairNeedsBothSquareColours) {
+  EXPECT_TRUE(HasBishopPair(BoardFromFen(TestPositions::INITIAL).white));
+  EXPECT_TRUE(HasBishopPair(BoardFromFen("4k3/8/8/8/8/8/8/2B1KB2 w - - 0 1").white));  // c1, f1
+  EXPECT_FALSE(HasBishopPair(BoardFromFen("4k3/8/8/8/8/8/8/B1B1K3 w - - 0 1").white));
+}
+
+TEST(Blend, EndgameFactorAndCurves) {
+  EXPECT_EQ(EndgameFactor(21), 0.0);
+  EXPECT_EQ(EndgameFactor(22), 1.0);
+  EXPECT_EQ(EndgameFactor(35), 0.0);  // the cubic is slightly negative there
+  EXPECT_EQ(EndgameFactor(36), 0.0);
+  EXPECT_EQ(EndgameFactor(99), 0.0);
+  EXPECT_GT(EndgameFactor(28), EndgameFactor(29));
+  EXPECT_NEAR(EndgameFactor(33), 0.24875006018 * 8 / 2197 + 0.11095692200031873 * 4 / 169 +
+                                     0.7854795236172942 * 2 / 13 - 0.07369495345398903,
+              1e-12);
+  EXPECT_EQ(DefenceCurve(-10), 1.0);
+  EXPECT_EQ(DefenceCurve(5), 0.0);
+  EXPECT_DOUBLE_EQ(DefenceCurve(0), 0.172185814);
+  EXPECT_EQ(AttackCurve(30), 1.0);
+  EXPECT_EQ(AttackCurve(-5), 0.0);
+  EXPECT_DOUBLE_EQ(AttackCurve(0), 0.07126673933070571);
+}
+
+TEST(Blend, TheWeightMovesFromThePositionalToTheRecklessHalf) {
+  const Board board = BoardFromFen(TestPositions::INITIAL);
+  EvaluationState evaluation;
+  // Level material in the opening -3, both queens and 24 minor points +1, kings on the e-file
+  // 5.6 and a danger of 1: weight -1.
+  EXPECT_EQ(RecklessWeight(evaluation, board, false), -1);
+  EXPECT_EQ(RecklessWeight(evaluation, board, true), 1);
+  const ScorePair sum{160, 320};
+  EXPECT_EQ(Blend(evaluation, board, sum, false), 160);
+  evaluation.settings->personality = 5;  // weight 4
+  EXPECT_EQ(Blend(evaluation, board, sum, false), (12 * 160 + 4 * 320) / 16);
+  evaluation.openness = 15;  // weight 7
+  EXPECT_EQ(Blend(evaluation, board, ScorePair{-161, 0}, false), (9 * -161) / 16);
+  evaluation.settings->personality = 20;
+  EXPECT_EQ(Blend(evaluation, board, sum, false), 320);
+  evaluation.settings->personality = 1000;
+  evaluation.openness = 0;
+  EXPECT_EQ(Blend(evaluation, board, sum, false), 320);
+  evaluation.settings->personality = -1000;
+  EXPECT_EQ(Blend(evaluation, board, sum, true), 160);
+}
+
+TEST(Blend, AnAttackedKingPullsTowardsTheRecklessHalf) {
+  const Board board = BoardFromFen(TestPositions::INITIAL);
+  EvaluationState evaluation;
+  const int quiet = RecklessWeight(evaluation, board, true);
+  evaluation.king_attack[WHITE] = 30;
+  evaluation.king_defence[WHITE] = -10;
+  // Q = 1, P = 0.0123: T = 5.6 + 8 (1 + 2P) and M = 1 give a danger of 14 instead of 1.
+  EXPECT_EQ(RecklessWeight(evaluation, board, true), quiet - 1 + 14);
+  // Both kings under full attack: T = 29.6, and the danger stops at 20.
+  evaluation.king_attack[BLACK] = 30;
+  evaluation.king_defence[BLACK] = -10;
+  EXPECT_EQ(RecklessWeight(evaluation, board, true), quiet - 1 + 20);
+}
+
+TEST(EndgameTrendTerm, HalfTheClampedMaterialWeighedByTheFactor) {
+  EvaluationState evaluation;
+  evaluation.endgame_factor = 0.5;
+  const Board white_ahead = BoardFromFen("4k3/pppp4/8/8/8/8/PPPPPPPP/3RK3 w - - 0 1");
+  EXPECT_EQ(EndgameTrendTerm(evaluation, white_ahead), (ScorePair{38, 4}));  // 75 * 0.5 rounds up
+  EXPECT_EQ(evaluation.endgame_trend, 75);
+  evaluation.endgame_trend = 0;
+  const Board black_on_move = BoardFromFen("4k3/pppp4/8/8/8/8/PPPPPPPP/3RK3 b - - 0 1");
+  EXPECT_EQ(EndgameTrendTerm(evaluation, black_on_move), (ScorePair{38, 4}));  // White's view
+  evaluation.endgame_trend = 0;
+  const Board black_ahead = BoardFromFen("3rk3/pppppppp/8/8/8/8/PPPP4/4K3 w - - 0 1");
+  EXPECT_EQ(EndgameTrendTerm(evaluation, black_ahead), (ScorePair{-38, -4}));
+}
+
+TEST(LazyExit, BothHalvesFarFromBetaOnTheSameSide) {
+  const Board white = BoardFromFen(TestPositions::INITIAL);
+  int result = 0;
+  EXPECT_FALSE(LazyExit(white, {0, 0}, 285, 285, result));
+  EXPECT_TRUE(LazyExit(white, {0, 0}, 286, 285, result));
+  EXPECT_EQ(result, 285);
+  EXPECT_TRUE(LazyExit(white, {0, 0}, -286, 285, result));
+  EXPECT_EQ(result, -286);
+  EXPECT_FALSE(LazyExit(white, {0, 300}, 286, 285, result));   // the reckless half is near
+  EXPECT_FALSE(LazyExit(white, {-600, 600}, 0, 285, result));  // on either side of beta
+  const Board black = BoardFromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQkq - 0 1");
+  EXPECT_TRUE(LazyExit(black, {400, 400}, -100, 285, result));  // White's plus is Black's minus
+  EXPECT_EQ(result, -101);
+}
+
+TEST_F(EvaluationTest, ExactValuesOfMaterialAndTheBlend) {
+  EXPECT_EQ(Exact(TestPositions::INITIAL), 0);
+  EXPECT_EQ(Exact(KNIGHT_UP), 305 + 160);
+  // A rook up in the opening: weight 4 + 1 + danger 1 = 6 of 16 on the reckless half.
+  EXPECT_EQ(Exact(ROOK_UP), 500 + (10 * 400 + 6 * 180) / 16);
+  const std::string black_on_move = "1nbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQk - 0 1";
+  EXPECT_EQ(Exact(black_on_move), -Exact(ROOK_UP));
+}
+
+TEST_F(EvaluationTest, APositionAndItsMirrorAreWorthTheSameToTheSideOnMove) {
+  for (const char* fen : {TestPositions::INITIAL, TestPositions::KIWIPETE,
+                          TestPositions::POSITION_3, TestPositions::POSITION_4,
+                          TestPositions::POSITION_5, TestPositions::POSITION_6, ROOK_UP, KNIGHT_UP,
+                          "4k3/8/8/8/8/8/8/4KN2 w - - 0 1", "2nbk3/p7/8/8/8/8/8/3RK3 b - - 0 1"}) {
+    const std::string mirrored = MirrorFen(fen);
+    EXPECT_EQ(Exact(fen), Exact(mirrored)) << fen << " / " << mirrored;
+    EXPECT_EQ(ClassifyPosition(BoardFromFen(fen), UNCLASSIFIED),
+              ClassifyPosition(BoardFromFen(mirrored), UNCLASSIFIED))
+        << fen;
+  }
+}
+
+TEST_F(EvaluationTest, MateRangeBetasAreAnsweredWithoutLooking) {
+  EvaluationState evaluation;
+  const Board board = BoardFromFen(KNIGHT_UP);
+  EXPECT_EQ(Evaluate(evaluation, board, 31767, OPENING), 31766);
+  EXPECT_EQ(Evaluate(evaluation, board, 32767, OPENING), 32766);
+  EXPECT_EQ(Evaluate(evaluation, board, -31767, OPENING), -31767);
+  EXPECT_EQ(Evaluate(evaluation, board, 31766, OPENING), 31765);
+  EXPECT_EQ(EVALUATION_HASH_TABLE.FreeSlots(), EVALUATION_HASH_TABLE.TotalSlots());
+}
+
+TEST_F(EvaluationTest, TheSecondEvaluationIsAnsweredByTheHashTable) {
+  EvaluationState evaluation;
+  const Board board = BoardFromFen(TestPositions::POSITION_6);
+  const int type = ClassifyPosition(board, UNCLASSIFIED);
+  const int value = Evaluate(evaluation, board, 0, type);  // near beta: no lazy exit
+  EVALUATION_HASH_TABLE.NewSearch();
+  EXPECT_EQ(Evaluate(evaluation, board, value, type), value);
+  EXPECT_EQ(Evaluate(evaluation, board, value + 1, type), value);
+  EXPECT_EQ(EVALUATION_HASH_TABLE.hits, 2u);
+  EXPECT_EQ(PAWN_HASH_TABLE.FreeSlots(), PAWN_HASH_TABLE.TotalSlots() - 1);
+}
+
+TEST_F(EvaluationTest, ALazyAnswerLeavesBothTablesAsTheyWere) {
+  EvaluationState evaluation;
+  const Board board = BoardFromFen(ROOK_UP);
+  EXPECT_EQ(Evaluate(evaluation, board, 0, OPENING), 0);       // far above beta
+  EXPECT_EQ(Evaluate(evaluation, board, 2000, OPENING), 1999);  // far below it
+  EXPECT_EQ(EVALUATION_HASH_TABLE.FreeSlots(), EVALUATION_HASH_TABLE.TotalSlots());
+  EXPECT_EQ(PAWN_HASH_TABLE.FreeSlots(), PAWN_HASH_TABLE.TotalSlots());
+  // Near beta the evaluation runs to its end and is kept.
+  EXPECT_EQ(Evaluate(evaluation, board, 817, OPENING), 817);
+  EXPECT_EQ(EVALUATION_HASH_TABLE.FreeSlots(), EVALUATION_HASH_TABLE.TotalSlots() - 1);
+  EXPECT_EQ(PAWN_HASH_TABLE.FreeSlots(), PAWN_HASH_TABLE.TotalSlots() - 1);
+}
+
+TEST_F(EvaluationTest, EndingsWithoutPawnsUseNoTable) {
+  EvaluationState evaluation;
+  const Board board = BoardFromFen("4k3/8/8/8/8/8/8/3RK3 w - - 0 1");
+  EXPECT_EQ(EvaluateExact(evaluation, board, ENDGAME_NO_PAWNS_LEFT), 500);
+  EXPECT_EQ(EVALUATION_HASH_TABLE.probes, 0u);
+  EXPECT_EQ(PAWN_HASH_TABLE.probes, 0u);
+}
