@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstring>
 #include <fstream>
+#include <sstream>
 
 #include "chess/edit_board.h"
 #include "chess/pgn_info.h"
@@ -165,12 +166,21 @@ void Command_Display::Execute(GameState& game) {
 }
 
 namespace {
+constexpr std::size_t MAX_GAME_FILE_BYTES = std::size_t{16} << 20;
+
 // Reads a new game from a file into a copy, so that a failure leaves the game as it was.
 template <typename Read>
 void ReadGameFile(GameState& game, const Command& command, const std::string& file,
                   const char* read_error, Read read) {
-  std::ifstream stream(file);
-  if (!stream) throw ErrorCommand(ErrorCommand::error, "could not open file", command.line);
+  std::ifstream file_stream(file, std::ios::binary);
+  if (!file_stream) throw ErrorCommand(ErrorCommand::error, "could not open file", command.line);
+  // A device or a huge file must not run the engine out of memory: games are small.
+  std::string text(MAX_GAME_FILE_BYTES + 1, '\0');
+  file_stream.read(text.data(), std::streamsize(text.size()));
+  if (file_stream.bad() || std::size_t(file_stream.gcount()) > MAX_GAME_FILE_BYTES)
+    throw ErrorCommand(ErrorCommand::error, read_error, command.line);
+  text.resize(std::size_t(file_stream.gcount()));
+  std::istringstream stream(text);
   UserBoard board = game.user_board;
   try {
     read(board, stream);
