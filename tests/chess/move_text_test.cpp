@@ -1,0 +1,284 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "chess/move_generator.h"
+#include "chess/move_text.h"
+#include "chess/user_board.h"
+
+namespace {
+
+GameBoard Position(const std::string& fen) {
+  UserBoard game;
+  game.SetFEN(fen);
+  return game.current;
+}
+
+const std::string INITIAL = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+const std::string BOTH_CASTLINGS = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
+const std::string PROMOTION = "3nk3/4P3/8/8/8/8/8/4K3 w - - 0 1";
+const std::string PAWN_AND_BISHOP_ON_C3 = "4k3/8/8/8/8/2n5/1P6/4B1K1 w - - 0 1";
+
+struct ReadCase {
+  const char* text;
+  const char* expected;  // coordinates of the move, or nullptr
+  int reason;            // when no move is expected
+};
+
+void ExpectReads(const std::string& fen, const std::vector<ReadCase>& cases) {
+  const GameBoard board = Position(fen);
+  for (const ReadCase& c : cases) {
+    int reason = -1;
+    const Move move = ReadMove(board, c.text, reason);
+    if (c.expected != nullptr) {
+      ASSERT_NE(move, INVALID) << c.text << " reason " << reason;
+      EXPECT_EQ(MoveToText(board, move, COORDINATE_NOTATION), c.expected) << c.text;
+    } else {
+      EXPECT_EQ(move, INVALID) << c.text;
+      EXPECT_EQ(reason, c.reason) << c.text;
+    }
+  }
+}
+
+TEST(MoveReading, CoordinatesAndSanInTheInitialPosition) {
+  ExpectReads(INITIAL, {
+                           {"e2e4", "e2e4", 0},
+                           {"E2E4", "e2e4", 0},
+                           {"e4", "e2e4", 0},
+                           {"Nf3", "g1f3", 0},
+                           {"nf3", "g1f3", 0},
+                           {"Ngf3", "g1f3", 0},
+                           {"N1f3", "g1f3", 0},
+                           {"Ng1f3", "g1f3", 0},
+                           {"e2e4 and more text", "e2e4", 0},
+                           {"e2-e4", nullptr, READ_SYNTAX_ERROR},
+                           {"Ng1-f3", nullptr, READ_SYNTAX_ERROR},
+                           {"Nxf3", nullptr, READ_NO_MATCH},
+                           {"Nf3+", nullptr, READ_NO_MATCH},
+                           {"e5", nullptr, READ_NO_MATCH},
+                           {"e2e5", nullptr, READ_NO_MATCH},
+                           {"O-O", nullptr, READ_ILLEGAL_CASTLING},
+                           {"", nullptr, READ_SYNTAX_ERROR},
+                           {"+", nullptr, READ_SYNTAX_ERROR},
+                           {"hello", nullptr, READ_SYNTAX_ERROR},
+                           {"N", nullptr, READ_SYNTAX_ERROR},
+                       });
+}
+
+TEST(MoveReading, EveryFormOfCastling) {
+  ExpectReads(BOTH_CASTLINGS, {
+                                  {"O-O", "e1g1", 0},
+                                  {"o-o", "e1g1", 0},
+                                  {"0-0", "e1g1", 0},
+                                  {"O-O+", "e1g1", 0},
+                                  {"O-O-O", "e1c1", 0},
+                                  {"0-0-0#", "e1c1", 0},
+                                  {"o-o-o ", "e1c1", 0},
+                                  {"e1g1", "e1g1", 0},
+                                  {"O-O-", nullptr, READ_SYNTAX_ERROR},
+                                  {"O-O-X", nullptr, READ_SYNTAX_ERROR},
+                                  {"O-OX", nullptr, READ_SYNTAX_ERROR},
+                                  {"O-0", nullptr, READ_SYNTAX_ERROR},
+                              });
+  ExpectReads("r3k2r/8/8/8/8/8/8/R3K2R b Kk - 0 1", {
+                                                        {"O-O", "e8g8", 0},
+                                                        {"O-O-O", nullptr, READ_ILLEGAL_CASTLING},
+                                                    });
+}
+
+TEST(MoveReading, PawnAgainstBishopCaptures) {
+  ExpectReads(PAWN_AND_BISHOP_ON_C3, {
+                                         {"bxc3", "b2c3", 0},
+                                         {"b:c3", "b2c3", 0},
+                                         {"Bxc3", "e1c3", 0},
+                                         {"bc3", "b2c3", 0},
+                                         {"xc3", "b2c3", 0},
+                                         {"Bc3", "e1c3", 0},
+                                         {"b3", "b2b3", 0},
+                                         {"Bd2", "e1d2", 0},
+                                     });
+}
+
+TEST(MoveReading, PromotionsNeedTheirPiece) {
+  ExpectReads(PROMOTION, {
+                             {"e7e8", nullptr, READ_NO_MATCH},  // e8 is blocked by the king
+                             {"e7d8", "e7d8", 0},
+                             {"e7d8n", "e7d8N", 0},
+                             {"e7d8=N", "e7d8N", 0},
+                             {"e7d8R", "e7d8R", 0},
+                             {"exd8=Q", "e7d8", 0},
+                             {"exd8=b", "e7d8B", 0},
+                             {"exd8", nullptr, READ_AMBIGUOUS},
+                             {"d8", nullptr, READ_AMBIGUOUS},
+                             {"exd8=K", nullptr, READ_SYNTAX_ERROR},
+                         });
+  ExpectReads("8/4P3/8/8/8/8/k7/4K3 w - - 0 1", {
+                                                    {"e8", nullptr, READ_AMBIGUOUS},
+                                                    {"e8=Q", "e7e8", 0},
+                                                    {"e8=Q+", nullptr, READ_NO_MATCH},
+                                                    {"a7a8", nullptr, READ_NO_MATCH},
+                                                });
+}
+
+TEST(MoveReading, DisambiguationAndCheckMarks) {
+  // Knights on b1 and f3 can both go to d2.
+  const std::string knights = "rnbqkb1r/ppp1pppp/5n2/3p4/3P4/5N2/PPP1PPPP/RNBQKB1R w KQkq - 2 3";
+  ExpectReads(knights, {
+                           {"Nd2", nullptr, READ_AMBIGUOUS},
+                           {"Nbd2", "b1d2", 0},
+                           {"Nfd2", "f3d2", 0},
+                           {"N1d2", "b1d2", 0},
+                           {"Ne5", "f3e5", 0},
+                           {"Ne5+", nullptr, READ_NO_MATCH},
+                       });
+  // A knight that could also go to the pawn's square leaves "c3" to the pawn.
+  ExpectReads(INITIAL, {{"c3", "c2c3", 0}, {"Nc3", "b1c3", 0}});
+  const std::string scholar = "r1bqkb1r/pppp1ppp/2n2n2/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq - 4 4";
+  ExpectReads(scholar, {{"Qxf7#", "h5f7", 0}, {"Qxf7+", "h5f7", 0}, {"Qxf7", "h5f7", 0},
+                        {"Bxf7+", "c4f7", 0}});
+}
+
+TEST(MoveReading, NoLegalMovesMeansNoMatch) {
+  ExpectReads("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", {{"Kh7", nullptr, READ_NO_MATCH},
+                                                  {"h8g8", nullptr, READ_NO_MATCH}});
+}
+
+TEST(MoveReading, ParseMoveRefusesAFinishedGame) {
+  GameBoard board = Position(INITIAL);
+  Move move = 12345;
+  EXPECT_EQ(ParseMove(board, "e4", move), PARSE_OK);
+  EXPECT_EQ(ParseMove(board, "Nd2", move), PARSE_NO_MATCH);
+  EXPECT_EQ(ParseMove(board, "O-O", move), PARSE_ILLEGAL_CASTLING);
+  EXPECT_EQ(ParseMove(board, "e2-e4", move), PARSE_SYNTAX_ERROR);
+  EXPECT_EQ(move, INVALID);
+  board.result = RESULT_DRAW;
+  EXPECT_EQ(ParseMove(board, "e4", move), PARSE_GAME_OVER);
+  EXPECT_EQ(ParseMove(Position(PROMOTION), "d8", move), PARSE_AMBIGUOUS);
+}
+
+// ---------------------------------------------------------------------------------------------
+
+struct WriteCase {
+  const char* fen;
+  const char* coordinates;
+  const char* san;
+};
+
+// What standard chess software writes for these moves.
+TEST(MoveWriting, SanAsStandardSoftwareWritesIt) {
+  const WriteCase cases[] = {
+      {INITIAL.c_str(), "g1f3", "Nf3"},
+      {INITIAL.c_str(), "e2e4", "e4"},
+      {"rnbqkb1r/ppp1pppp/5n2/3p4/3P4/5N2/PPP1PPPP/RNBQKB1R w KQkq - 2 3", "b1d2", "Nbd2"},
+      {"rnbqkb1r/ppp1pppp/5n2/3p4/3P4/5N2/PPP1PPPP/RNBQKB1R w KQkq - 2 3", "f3d2", "Nfd2"},
+      // Two rooks on one file: the rank; on one rank: the file.
+      {"7k/8/8/R7/8/8/8/R3K3 w - - 0 1", "a1a3", "R1a3"},
+      {"7k/8/8/R7/8/8/8/R3K3 w - - 0 1", "a5a3", "R5a3"},
+      {"7k/8/8/8/8/8/8/R4RK1 w - - 0 1", "a1d1", "Rad1"},
+      {"7k/8/8/8/8/8/8/R4RK1 w - - 0 1", "f1d1", "Rfd1"},
+      // Three queens, one sharing the file and one the rank: both.
+      {"8/8/8/7k/8/Q7/8/Q1Q4K w - - 0 1", "a1b2", "Qa1b2"},
+      {"8/8/8/7k/8/Q7/8/Q1Q4K w - - 0 1", "a3b2", "Q3b2"},
+      {"8/8/8/7k/8/Q7/8/Q1Q4K w - - 0 1", "c1b2", "Qcb2"},
+      // The knight on c3 is pinned and cannot go to e2.
+      {"4k3/8/8/8/1b6/2N5/8/4K1N1 w - - 0 1", "g1e2", "Ne2"},
+      // A pinned rook that stays on its pin line still counts.
+      {"4r2k/8/8/R7/4R3/8/8/4K3 w - - 0 1", "a5e5", "Rae5"},
+      {"4r2k/8/8/R7/4R3/8/8/4K3 w - - 0 1", "e4e5", "Ree5"},
+      {PAWN_AND_BISHOP_ON_C3.c_str(), "b2c3", "bxc3"},
+      {PAWN_AND_BISHOP_ON_C3.c_str(), "e1c3", "Bxc3"},
+      {BOTH_CASTLINGS.c_str(), "e1g1", "O-O"},
+      {BOTH_CASTLINGS.c_str(), "e1c1", "O-O-O"},
+      {BOTH_CASTLINGS.c_str(), "a1a8", "Rxa8+"},
+      {"5k2/8/8/8/8/8/8/4K2R w K - 0 1", "e1g1", "O-O+"},
+      {PROMOTION.c_str(), "e7d8", "exd8=Q+"},
+      {PROMOTION.c_str(), "e7d8N", "exd8=N"},
+      {PROMOTION.c_str(), "e7d8R", "exd8=R+"},
+      {"r1bqkb1r/pppp1ppp/2n2n2/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq - 4 4", "h5f7", "Qxf7#"},
+      {"rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPP1PPP/RNBQKBNR w KQkq f6 0 3", "e5f6", "exf6"},
+      {"rnbqkbnr/pppp1ppp/8/4p3/6P1/5P2/PPPPP2P/RNBQKBNR b KQkq - 0 2", "d8h4", "Qh4#"},
+      {"7k/8/6K1/8/8/8/8/R7 w - - 0 1", "a1a8", "Ra8#"},
+      {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "a1a8", "Ra8#"},
+      {"4k3/8/8/8/8/8/8/4K2R w K - 0 1", "e1f2", "Kf2"},
+  };
+  for (const WriteCase& c : cases) {
+    const GameBoard board = Position(c.fen);
+    int reason = -1;
+    const Move move = ReadMove(board, c.coordinates, reason);
+    ASSERT_NE(move, INVALID) << c.fen << " " << c.coordinates;
+    EXPECT_EQ(MoveToText(board, move, SAN_NOTATION), c.san) << c.fen;
+    EXPECT_EQ(MoveToText(board, move, COORDINATE_NOTATION), c.coordinates) << c.fen;
+  }
+}
+
+TEST(MoveWriting, LongAlgebraic) {
+  const struct {
+    const char* fen;
+    const char* coordinates;
+    const char* text;
+  } cases[] = {
+      {INITIAL.c_str(), "e2e4", "Pe2-e4"},
+      {INITIAL.c_str(), "g1f3", "Ng1-f3"},
+      {"r1bqkb1r/pppp1ppp/2n2n2/4p2Q/2B1P3/8/PPPP1PPP/RNB1K1NR w KQkq - 4 4", "h5f7", "Qh5xf7#"},
+      {"4k3/3p4/8/8/8/8/8/3QK3 w - - 0 1", "d1d7", "Qd1xd7+"},
+      {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8", "Pa7-a8=Q+"},
+      {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8N", "Pa7-a8=N"},
+      {BOTH_CASTLINGS.c_str(), "e1c1", "O-O-O"},
+  };
+  for (const auto& c : cases) {
+    const GameBoard board = Position(c.fen);
+    int reason = -1;
+    const Move move = ReadMove(board, c.coordinates, reason);
+    ASSERT_NE(move, INVALID) << c.coordinates;
+    EXPECT_EQ(MoveToText(board, move, LONG_ALGEBRAIC), c.text);
+  }
+}
+
+TEST(MoveWriting, MatingCastlingKeepsThePlusSign) {
+  // The rook from f1 mates the king on f8 boxed in by its own pieces.
+  const GameBoard board = Position("4rkr1/4p1p1/8/8/8/8/8/4K2R w K - 0 1");
+  int reason = -1;
+  const Move move = ReadMove(board, "O-O", reason);
+  ASSERT_EQ(move, WHITE_SHORT_CASTLE_CHECK);
+  ASSERT_TRUE(GivesMate(board, move));
+  EXPECT_EQ(MoveToText(board, move, SAN_NOTATION), "O-O+");
+  EXPECT_EQ(MoveToText(board, move, LONG_ALGEBRAIC), "O-O+");
+}
+
+// Every legal move of many positions, written in SAN and in coordinates, reads back to the same
+// word.
+TEST(MoveWriting, EveryMoveReadsBackFromItsText) {
+  const std::string starts[] = {
+      INITIAL,
+      "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+      "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+      "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+      "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
+      "8/8/8/7k/8/Q7/8/Q1Q4K w - - 0 1",
+      "1n2k1n1/8/8/3N1N2/8/3N1N2/8/4K3 w - - 0 1",
+  };
+  std::mt19937 random(20261123);
+  int checked = 0;
+  for (const std::string& fen : starts) {
+    UserBoard game;
+    game.SetFEN(fen);
+    for (int ply = 0; ply < 60 && !game.current.IsOver(); ++ply) {
+      std::vector<Move> legal;
+      GenerateMoves(legal, game.current);
+      for (Move move : legal) {
+        for (MoveFormat format : {SAN_NOTATION, COORDINATE_NOTATION}) {
+          const std::string text = MoveToText(game.current, move, format);
+          int reason = -1;
+          EXPECT_EQ(ReadMove(game.current, text, reason), move) << game.GetFEN() << " " << text;
+        }
+        ++checked;
+      }
+      game.MakeMove(legal[random() % legal.size()]);
+    }
+  }
+  EXPECT_GT(checked, 5000);
+}
+
+}  // namespace
