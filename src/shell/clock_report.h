@@ -1,0 +1,16 @@
+// What the commands "time" and "otim" need beyond setting a number: whose clock they mean, and
+// the state of both clocks for the log.
+#pragma once
+
+#include <string>
+
+#include "shell/time_control.h"
+
+// The engine's clock is that of the one side played by a computer; with none or two computers the
+// side to move takes the engine's role.
+int EngineClockSide(bool white_is_computer, bool black_is_computer, int side_to_move);
+
+// The report for the log after "time" or "otim", to go through the log-only report, which adds
+// its own ending.
+std::string ClockReport(const TimeControl& time_control, bool white_is_computer,
+                        bool black_is_computer);
