@@ -72,6 +72,7 @@ bool FileExists(const std::string& name) { return std::ifstream(name).is_open();
 
 std::uint32_t TerminalRows() { return TerminalSize().ws_row; }
 std::uint32_t TerminalColumns() { return TerminalSize().ws_col; }
+bool StandardOutputIsTerminal() { return isatty(STDOUT_FILENO) == 1; }
 
 void CheckPlatformArithmetic() {
   const bool ok = CoordinateArithmeticAgrees();

@@ -31,6 +31,8 @@ bool FileExists(const std::string& name);
 // The size of the terminal on standard output: 24 rows and 80 columns where it isn't a terminal.
 std::uint32_t TerminalRows();
 std::uint32_t TerminalColumns();
+// False when standard output goes to a file or a pipe, where nobody could answer a page prompt.
+bool StandardOutputIsTerminal();
 
 // Ends the process if the coordinate arithmetic of squares doesn't hold on this platform.
 void CheckPlatformArithmetic();
