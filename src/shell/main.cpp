@@ -1,6 +1,7 @@
 #include <string>
 #include <vector>
 
+#include "shell/application.h"
 #include "shell/log_file.h"
 #include "shell/os_dependent.h"
 #include "shell/startup.h"
@@ -12,8 +13,7 @@ int main(int argc, char* argv[]) {
   ExecutableDirectory(argc > 0 && argv[0] != nullptr ? argv[0] : "");
   const std::vector<std::string> arguments = CommandLineArguments(argc, argv);
 
-  // Until the main loop stands, the engine only reads (and so logs) its input to the end.
-  while (ReadLine() != "quit") {
-  }
+  Application application(arguments);
+  application.Run();
   return 0;
 }

@@ -1,0 +1,6 @@
+// The version text: the long name, the build date and the build description.
+#pragma once
+
+#include <string>
+
+std::string VersionText();
