@@ -21,9 +21,10 @@ constexpr int MAX_FULLMOVE_NUMBER = 1'000'000'000;
 
 using io_error = UserBoard::io_error;
 
+// The piece code of a letter of "kqrbnp?PNBRQK"; NO_PIECE for anything else ("?" included).
 int PieceFromFenLetter(char letter) {
-  constexpr std::string_view LETTERS = SignedPieceLetters;  // "kqrbnp?PNBRQK"
-  const std::size_t at = letter == '?' ? std::string_view::npos : LETTERS.find(letter);
+  constexpr std::string_view LETTERS = SignedPieceLetters;
+  const std::size_t at = LETTERS.find(letter);
   return at == std::string_view::npos ? NO_PIECE : static_cast<int>(at) - 6;
 }
 
@@ -122,6 +123,8 @@ std::string Placement(const Board& board) {
   return text;
 }
 
+std::string SquareText(int square) { return {FileLetter(File(square)), RankDigit(Rank(square))}; }
+
 std::string CastlingText(int rights) {
   std::string text;
   for (int bit = 0; bit < 4; ++bit)
@@ -161,9 +164,7 @@ std::string UserBoard::GetFEN() const {
   const int fullmove = (start_ply + static_cast<int>(moves.size())) / 2 + 1;
   const int en_passant = current.EnPassant();
   return Placement(current) + (current.side_on_move == WHITE ? " w " : " b ") +
-         CastlingText(current.Castling()) + " " +
-         (en_passant == 0 ? std::string("-")
-                          : std::string{FileLetter(File(en_passant)), RankDigit(Rank(en_passant))}) +
+         CastlingText(current.Castling()) + " " + (en_passant == 0 ? "-" : SquareText(en_passant)) +
          " " + IntToString(current.HalfmoveClock()) + " " + IntToString(fullmove);
 }
 

@@ -50,6 +50,12 @@ struct Side<BLACK> {
   static constexpr int ENEMY_SIGN = 1;
 };
 
+// The mask bits under which each kind of pawn move is looked at, at all.
+constexpr int PUSH_BITS = GEN_ALL_MOVES | GEN_UNDERPROMOTIONS | GEN_QUEEN_PROMOTIONS | GEN_ALL_CHECKS;
+constexpr int CAPTURE_BITS = GEN_ALL_MOVES | GEN_QUEEN_PROMOTIONS | GEN_ALL_CHECKS | GEN_CAPTURES;
+// The bits that let a pawn move reach the last rank when the mask selects.
+constexpr int PROMOTION_BITS = GEN_UNDERPROMOTIONS | GEN_QUEEN_PROMOTIONS | GEN_ALL_CHECKS;
+
 // Shifts a whole set of squares one step in a direction; squares that would wrap around the
 // board's edge are dropped first.
 template <int DIRECTION>
@@ -110,6 +116,12 @@ class Generator {
   bool TwoPawnsUncoverRank(int from, int cap, int king, const PieceSet& slider_side) const;
   void Promotions(int from, int to, Move base, int mask);
 
+  void PrepareEvasions();
+  // The line on which a checker attacks the king; 0 for a pawn, whose diagonal the king may step
+  // along, and for a knight.
+  int CheckingLine(int square) const {
+    return (enemy.pawns & SquareBit(square)) != 0 ? 0 : BoardTables.Direction[square][k];
+  }
   bool Selects(int bits) const { return (mask & bits) != 0; }
   // The type of the piece on a target square; targets never hold own pieces.
   int CapturedOn(int square) const { return S::ENEMY_SIGN * board.squares[square]; }
@@ -153,30 +165,33 @@ Generator<US>::Generator(const Board& board_, int mask_, Move* out_)
   if (in_check) {
     // An evasion must deal with every check, whatever was asked for.
     mask = 255;
-    Bitboard attackers = board.AttackersTo(k) & enemy.all;
-    const int first = FindNextBit(attackers);
-    attackers ^= SquareBit(first);
-    double_check = attackers != 0;
-    if (double_check) {
-      const int second = FindNextBit(attackers);
-      if ((enemy.pawns & SquareBit(first)) == 0) check_direction[0] = BoardTables.Direction[first][k];
-      if ((enemy.pawns & SquareBit(second)) == 0)
-        check_direction[1] = BoardTables.Direction[second][k];
-      targets = 0;
-      return;
-    }
-    checker = SquareBit(first);
-    targets = checker;
-    if ((enemy.pawns & checker) == 0) {
-      check_direction[0] = BoardTables.Direction[first][k];
-      targets |= BoardTables.Between[first][k];  // empty for a knight
-    }
+    PrepareEvasions();
   } else {
     targets = Selects(GEN_ALL_MOVES) ? ~own.all : Selects(GEN_CAPTURES) ? enemy.all : 0;
   }
+  if (double_check) return;  // only the king moves: pins do not matter
   const Bitboard enemy_sliders = ((enemy.bishops | enemy.queens) & BoardTables.BishopRays[k]) |
                                  ((enemy.rooks | enemy.queens) & BoardTables.RookRays[k]);
   pinned = board.FindPinned(board.QueenAttacksFrom(k) & own.all, enemy, k, enemy_sliders);
+}
+
+// A single check is met by taking the checker or, for a slider, by blocking its line (Between is
+// empty for a knight, a pawn, and any checker next to the king). Against two checks only the king
+// can move.
+template <int US>
+void Generator<US>::PrepareEvasions() {
+  const Bitboard attackers = board.AttackersTo(k) & enemy.all;
+  const int first = FindNextBit(attackers);
+  const Bitboard others = attackers ^ SquareBit(first);
+  check_direction[0] = CheckingLine(first);
+  if (others != 0) {
+    double_check = true;
+    check_direction[1] = CheckingLine(FindNextBit(others));
+    targets = 0;
+    return;
+  }
+  checker = SquareBit(first);
+  targets = checker | BoardTables.Between[first][k];
 }
 
 template <int US>
@@ -187,8 +202,8 @@ Move* Generator<US>::Run() {
     PieceMoves<BISHOP>(own.bishops);
     PieceMoves<ROOK>(own.rooks);
     PieceMoves<QUEEN>(own.queens);
-    if (Selects(0xBE)) PawnPushes();
-    if (Selects(0x9F)) {
+    if (Selects(PUSH_BITS)) PawnPushes();
+    if (Selects(CAPTURE_BITS)) {
       PawnCaptures<S::CAPTURE_DIRECTION[0]>();
       PawnCaptures<S::CAPTURE_DIRECTION[1]>();
     }

@@ -11,7 +11,7 @@ namespace MoveGeneration {
 template <int US>
 Bitboard Generator<US>::AllowedPawnTargets(Bitboard direct, Bitboard discovered) const {
   if (Selects(GEN_ALL_MOVES)) return in_check ? targets : ~Bitboard{0};
-  Bitboard allowed = Selects(0x3E) ? S::LAST_RANK : 0;
+  Bitboard allowed = Selects(PROMOTION_BITS) ? S::LAST_RANK : 0;
   if (Selects(GEN_DISCOVERED_CHECKS))
     allowed |= discovered | (Selects(GEN_DIRECT_CHECKS) ? direct : 0);
   else if (Selects(GEN_DOUBLE_CHECKS))

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
 #include <vector>
 
 #include "chess/move_generator.h"
@@ -115,7 +116,8 @@ struct SanPattern {
     return (piece == NO_PIECE || MovedType(move) == piece) && (!capture || IsCapture(move)) &&
            (!check || GivesCheck(move)) &&
            (promotion == NO_PIECE || PromotionType(move) == promotion) &&
-           (to_file < 0 || File(To(move)) == to_file) && (to_rank < 0 || Rank(To(move)) == to_rank) &&
+           (to_file < 0 || File(To(move)) == to_file) &&
+           (to_rank < 0 || Rank(To(move)) == to_rank) &&
            (from_file < 0 || File(From(move)) == from_file) &&
            (from_rank < 0 || Rank(From(move)) == from_rank);
   }

@@ -30,7 +30,7 @@ std::string PromotionSuffix(Move move) {
   return {'=', PieceLetter(PromotionType(move))};
 }
 
-// A mating castling move keeps "+": telling it apart would cost a search for nothing.
+// Castling keeps "+" even when it mates: the check bit is all that is looked at.
 std::string CastlingText(Move move) {
   std::string text = From(move) > To(move) ? "O-O-O" : "O-O";
   if (GivesCheck(move)) text += '+';
@@ -61,7 +61,8 @@ std::string Disambiguation(const Board& board, Move move) {
   const int type = MovedType(move);
   const int from = From(move);
   const int to = To(move);
-  const Bitboard rivals = board.AttackersTo(to) & PiecesOfType(board.Own(), type) & ~SquareBit(from);
+  const Bitboard rivals =
+      board.AttackersTo(to) & PiecesOfType(board.Own(), type) & ~SquareBit(from);
   if (rivals == 0) return "";
   const int king = static_cast<int>(board.Own().king_square);
   const Bitboard pinned = board.FindPinnedOf(king, rivals, board.Enemy(), board.Enemy().all);

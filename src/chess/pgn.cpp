@@ -1,5 +1,6 @@
-// Games as PGN: a tolerant reader (comments, move numbers, annotations and unknown tags pass)
-// and the writer.
+// Games as PGN: a tolerant reader (comments, variations, move numbers, annotations and unknown
+// tags pass) and the writer.
+#include <algorithm>
 #include <istream>
 #include <ostream>
 #include <string>
@@ -85,9 +86,28 @@ class MoveSection {
   const std::vector<Move>& Moves() const { return moves_; }
 
  private:
-  // Returns true at the end of the game text.
-  bool Take(const std::string& raw) {
-    const std::string token = WithoutMoveNumber(raw);
+  // Returns true at the end of the game text. Comments and variations are looked for first, so
+  // that their words never count as moves or numbers.
+  bool Take(std::string token) {
+    while (token.front() == '{') {
+      // A comment that closes inside its own first token lets the rest of the token be read.
+      const std::size_t close = token.find('}');
+      if (close == std::string::npos) {
+        stream_.ignore(SKIP_LIMIT, '}');
+        return false;
+      }
+      token.erase(0, close + 1);
+      if (token.empty()) return false;
+    }
+    if (token.front() == ';') {
+      stream_.ignore(SKIP_LIMIT, '\n');
+      return false;
+    }
+    if (token.front() == '(') {
+      SkipVariation(token);
+      return false;
+    }
+    token = WithoutMoveNumber(token);
     if (IsResult(token)) {
       stream_.ignore(SKIP_LIMIT, '\n');
       return true;
@@ -98,23 +118,20 @@ class MoveSection {
       return false;
     }
     if (token.back() == '.' || IsAnnotationGlyph(token)) return false;
-    if (token.front() == ';') {
-      stream_.ignore(SKIP_LIMIT, '\n');
-      return false;
-    }
-    if (token.front() == '{') return TakeComment(token);
     Play(WithoutJudgement(token));
     return false;
   }
 
-  // A comment that closes inside its own first token lets the rest of the token be read.
-  bool TakeComment(const std::string& token) {
-    const std::size_t close = token.find('}');
-    if (close == std::string::npos) {
-      stream_.ignore(SKIP_LIMIT, '}');
-      return false;
-    }
-    return close + 1 < token.size() && Take(token.substr(close + 1));
+  // A variation is no part of the game; it may hold variations of its own.
+  void SkipVariation(const std::string& first) {
+    std::string token;
+    for (long depth = NestingChange(first); depth > 0; depth += NestingChange(token))
+      stream_ >> token;
+  }
+
+  static long NestingChange(const std::string& token) {
+    return std::count(token.begin(), token.end(), '(') -
+           std::count(token.begin(), token.end(), ')');
   }
 
   void Play(const std::string& text) {

@@ -31,7 +31,7 @@ class UserBoard {
     explicit io_error(std::string detail) : user_exception(std::move(detail)) {}
   };
   struct invalid_board_after_changing_side : user_exception {
-    invalid_board_after_changing_side() : user_exception("Illegal position") {}
+    invalid_board_after_changing_side() : user_exception("cannot change sides") {}
   };
   struct no_moves_to_undo : user_exception {
     no_moves_to_undo() : user_exception("no move to undo") {}

@@ -20,7 +20,7 @@ std::int64_t Reserve(std::int32_t ms) {
 }  // namespace
 
 void ThinkingTime(const Clock& clock, int& max_time_limit, int& variable_time_limit) {
-  // Only the low 32 bits count, as a signed number: clocks beyond 24 days behave as run out.
+  // Only the low 32 bits count, as a signed number, which keeps every limit in the range of int.
   const std::int64_t ms = static_cast<std::int32_t>(static_cast<std::uint32_t>(clock.ms_left));
   if (ms < 1) {
     max_time_limit = variable_time_limit = MIN_THINKING_TIME_MS;

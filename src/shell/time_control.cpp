@@ -31,8 +31,8 @@ void ChargeMove(Clock& clock, std::int64_t elapsed_ms) {
   // A list whose last stage ends without repeating can't come from the commands; staying on the
   // last stage keeps such a clock alive instead of running off the list.
   const std::uint32_t last = static_cast<std::uint32_t>(clock.stages.size() - 1);
-  const std::uint32_t next = clock.repeat != 0 ? clock.stage_index
-                                               : std::min(clock.stage_index + 1, last);
+  const std::uint32_t next =
+      clock.repeat != 0 ? clock.stage_index : std::min(clock.stage_index + 1, last);
   EnterStage(clock, next);
   clock.ms_left += clock.stages[next].time_ms;
 }

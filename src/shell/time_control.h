@@ -9,7 +9,7 @@
 #include "shell/time_point.h"
 
 struct TimeControlStage {
-  std::int32_t moves = -1;  // -1: no limit, the stage never ends
+  std::int32_t moves = -1;        // -1: no limit, the stage never ends
   std::int32_t time_ms = 0;       // added when the stage begins
   std::int32_t increment_ms = 0;  // added with each move
   std::int32_t repeat = 0;        // non-zero: the stage starts over when its moves are used up

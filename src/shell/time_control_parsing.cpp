@@ -41,6 +41,32 @@ std::int32_t CheckedMs(std::int64_t ms, std::int64_t minimum) {
 // Stages of 0 moves are those without a move limit.
 std::int32_t StageMoves(std::int32_t moves) { return moves == 0 ? -1 : moves; }
 
+std::int64_t ParseStageTimeMs(std::string_view text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string_view::npos) {
+    const std::int64_t minutes = ToInt(text);
+    return minutes == 0 ? ZERO_TIME_MS : 60000 * minutes;
+  }
+  const std::int64_t minutes = ToInt(text.substr(0, colon));
+  const std::int64_t seconds = ToInt(text.substr(colon + 1));
+  // Negative parts give no time at all, refused later together with the other bounds.
+  if (minutes < 0 || seconds < 0) return 0;
+  return 1000 * (60 * minutes + seconds);
+}
+
+std::int64_t ParseIncrementMs(std::string_view text) {
+  const std::size_t point = text.find('.');
+  if (point == std::string_view::npos) return 1000 * std::int64_t(ToInt(text));
+  const bool negative = text.starts_with('-');
+  const std::string_view whole = text.substr(negative ? 1 : 0, point - (negative ? 1 : 0));
+  std::string decimals(text.substr(point + 1));
+  if (!IsDigits(whole) || !IsDigits(decimals) || decimals.size() > MAX_DECIMALS)
+    throw TimeControlArgumentError(NOT_AN_INTEGER);
+  decimals.resize(MAX_DECIMALS, '0');
+  const std::int64_t ms = 1000 * std::int64_t(ToInt(whole)) + ToInt(decimals);
+  return negative ? -ms : ms;
+}
+
 struct StageArguments {
   std::int32_t moves;
   std::int64_t time_ms;
@@ -76,39 +102,14 @@ std::vector<std::vector<std::string>> SplitLists(std::string_view text) {
   for (;;) {
     const std::size_t end = text.find(';', begin);
     // No quotes in a time control: a quote character stays in its token and is refused there.
-    lists.push_back(BraskUtils::Tokenize(text.substr(begin, end - begin),
-                                         BraskUtils::WHITESPACE, {}, {}, {}));
+    lists.push_back(
+        BraskUtils::Tokenize(text.substr(begin, end - begin), BraskUtils::WHITESPACE, {}, {}, {}));
     if (end == std::string_view::npos) return lists;
     begin = end + 1;
   }
 }
 
 }  // namespace
-
-std::int64_t ParseStageTimeMs(std::string_view text) {
-  const std::size_t colon = text.find(':');
-  if (colon == std::string_view::npos) {
-    const std::int64_t minutes = ToInt(text);
-    return minutes == 0 ? ZERO_TIME_MS : 60000 * minutes;
-  }
-  const std::int64_t minutes = ToInt(text.substr(0, colon));
-  const std::int64_t seconds = ToInt(text.substr(colon + 1));
-  if (minutes < 0 || seconds < 0) throw TimeControlArgumentError(OUT_OF_BOUNDS);
-  return 1000 * (60 * minutes + seconds);
-}
-
-std::int64_t ParseIncrementMs(std::string_view text) {
-  const std::size_t point = text.find('.');
-  if (point == std::string_view::npos) return 1000 * std::int64_t(ToInt(text));
-  const bool negative = text.starts_with('-');
-  const std::string_view whole = text.substr(negative ? 1 : 0, point - (negative ? 1 : 0));
-  std::string decimals(text.substr(point + 1));
-  if (!IsDigits(whole) || !IsDigits(decimals) || decimals.size() > MAX_DECIMALS)
-    throw TimeControlArgumentError(NOT_AN_INTEGER);
-  decimals.resize(MAX_DECIMALS, '0');
-  const std::int64_t ms = 1000 * std::int64_t(ToInt(whole)) + ToInt(decimals);
-  return negative ? -ms : ms;
-}
 
 TimeControlSetting ParseLevel(std::string_view moves, std::string_view time,
                               std::string_view increment) {

@@ -17,6 +17,9 @@ struct TimeControlSetting {
   TimeControlStages black;
 };
 
+// A time T is "0" for 10 seconds, a plain number of minutes, or "m:s". An increment I is in
+// seconds, whole or with up to three decimals (front ends send "0.5").
+
 // "level M T I": one repeating stage of M moves (0: all moves) in T, with increment I, for both
 // clocks.
 TimeControlSetting ParseLevel(std::string_view moves, std::string_view time,
@@ -25,9 +28,3 @@ TimeControlSetting ParseLevel(std::string_view moves, std::string_view time,
 // "tc text": triples "moves time increment", one list for both clocks or "white ; black". The
 // last stage of a list has 0 moves, so it lasts to the end of the game.
 TimeControlSetting ParseTc(std::string_view text);
-
-// A time argument: "0" is 10 seconds, a plain number minutes, "m:s" minutes and seconds.
-std::int64_t ParseStageTimeMs(std::string_view text);
-
-// A whole number of seconds, or one with up to three decimals (front ends send "0.5").
-std::int64_t ParseIncrementMs(std::string_view text);

@@ -77,8 +77,10 @@ TEST(Fen, BadTextIsAnIoErrorAndChangesNothing) {
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 -1",
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 +1",
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 99999999999",
-      "rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",   // a piece lands off its row
-      "rnbqkbnrp/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",  // nine on a row
+      // a piece lands off its row
+      "rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+      // nine on a row
+      "rnbqkbnrp/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNX w KQkq - 0 1",
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBN? w KQkq - 0 1",
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w \"KQkq - 0 1",
@@ -95,13 +97,20 @@ TEST(Fen, BadTextIsAnIoErrorAndChangesNothing) {
 
 TEST(Fen, PositionsThatCannotStandAreInvalid) {
   const char* bad[] = {
-      "8/8/8/8/8/8/8/8 w - - 0 1",                                         // no kings
-      "4k3/8/8/8/8/8/8/4KK2 w - - 0 1",                                    // two white kings
-      "4k2P/8/8/8/8/8/8/4K3 w - - 0 1",                                    // pawn on the last rank
-      "4k3/8/8/8/8/8/8/4K2r b - - 0 1",                                    // White in check, Black on move
-      "4k3/8/8/8/8/8/8/4K3 w K - 0 1",                                     // a right without its rook
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e3 0 1",         // nothing jumped over e3
-      "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e3 0 2",     // wrong side for e3
+      // no kings
+      "8/8/8/8/8/8/8/8 w - - 0 1",
+      // two white kings
+      "4k3/8/8/8/8/8/8/4KK2 w - - 0 1",
+      // pawn on the last rank
+      "4k2P/8/8/8/8/8/8/4K3 w - - 0 1",
+      // White in check, Black on move
+      "4k3/8/8/8/8/8/8/4K2r b - - 0 1",
+      // a right without its rook
+      "4k3/8/8/8/8/8/8/4K3 w K - 0 1",
+      // nothing jumped over e3
+      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e3 0 1",
+      // wrong side for e3
+      "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e3 0 2",
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq a1 0 1",
   };
   UserBoard game;

@@ -13,7 +13,7 @@
 namespace {
 
 // Characters that the readers give a meaning to, so that mutations reach deep.
-constexpr std::string_view MEANINGFUL = "pnbrqkPNBRQK0123456789/ -wbKQkqx+#=Oo.[]\"{};*\n\t";
+constexpr std::string_view MEANINGFUL = "pnbrqkPNBRQK0123456789/ -wbKQkqx+#=Oo.[]\"{}();$*\n\t";
 
 class TextSource {
  public:
@@ -56,7 +56,10 @@ const std::vector<std::string> VALID_FENS = {
 
 struct Snapshot {
   explicit Snapshot(const UserBoard& game)
-      : fen(game.GetFEN()), moves(game.moves), next_moves(game.next_moves), key(game.current.Key()) {}
+      : fen(game.GetFEN()),
+        moves(game.moves),
+        next_moves(game.next_moves),
+        key(game.current.Key()) {}
   bool operator==(const Snapshot&) const = default;
   std::string fen;
   std::vector<Move> moves;

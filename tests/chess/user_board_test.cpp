@@ -106,6 +106,10 @@ TEST(UserBoard, ExceptionsSayWhatWentWrong) {
   EXPECT_STREQ(UserBoard::invalid_position().what(), "Illegal position");
   EXPECT_STREQ(UserBoard::no_moves_to_undo().what(), "no move to undo");
   EXPECT_STREQ(UserBoard::next_moves_empty().what(), "next move buffer is empty");
+  EXPECT_STREQ(UserBoard::invalid_board_after_changing_side().what(), "cannot change sides");
+  EXPECT_STREQ(EditBoard::invalid_position().what(), "Illegal position");
+  const UserBoard::user_exception& base = UserBoard::io_error("FEN must have six fields");
+  EXPECT_STREQ(base.what(), "FEN must have six fields");
 }
 
 TEST(UserBoard, ChangeSideStartsANewGame) {
@@ -147,15 +151,6 @@ TEST(UserBoard, PositionsFromBoardsAndEditBoards) {
   UserBoard other;
   other.SetPosition(game.current);
   EXPECT_EQ(other.GetFEN(), game.GetFEN());
-}
-
-TEST(UserBoard, MoveTextIsWrittenOnTheCurrentPosition) {
-  UserBoard game;
-  game.MakeMove("e4");
-  const Move e5 = Word(game, "e5");
-  EXPECT_EQ(game.MoveText(e5, SAN_NOTATION), "e5");
-  EXPECT_EQ(game.MoveText(e5, COORDINATE_NOTATION), "e7e5");
-  EXPECT_EQ(game.MoveText(e5, LONG_ALGEBRAIC), "Pe7-e5");
 }
 
 }  // namespace

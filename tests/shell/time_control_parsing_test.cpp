@@ -75,6 +75,7 @@ TEST(ParseLevel, AnythingButNumbersIsRefused) {
 
 TEST(ParseLevel, MalformedArgumentIsReportedBeforeBounds) {
   EXPECT_EQ(LevelError("-1", "5", "x"), "integer argument expected");
+  EXPECT_EQ(LevelError("40", "1:-30", "x"), "integer argument expected");
 }
 
 TEST(ParseTc, StagesFollowEachOtherOnBothClocks) {

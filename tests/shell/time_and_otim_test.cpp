@@ -1,4 +1,4 @@
-#include "shell/clock_report.h"
+#include "shell/time_and_otim.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,17 @@ TEST(EngineClockSide, TheOneComputerOrElseTheSideToMove) {
   EXPECT_EQ(EngineClockSide(true, false, BLACK_CLOCK), WHITE_CLOCK);
   EXPECT_EQ(EngineClockSide(false, false, BLACK_CLOCK), BLACK_CLOCK);
   EXPECT_EQ(EngineClockSide(true, true, WHITE_CLOCK), WHITE_CLOCK);
+}
+
+TEST(SetRemainingTime, CentisecondsOfTheWholeRange) {  // "time 1000": 10 s
+  Clock clock;
+  SetRemainingTime(clock, 1000);
+  EXPECT_EQ(clock.ms_left, 10000);
+  SetRemainingTime(clock, 2147483647);
+  EXPECT_EQ(clock.ms_left, 21474836470);
+  SetRemainingTime(clock, -5);
+  EXPECT_EQ(clock.ms_left, -50);
+  EXPECT_EQ(clock.moves_left, 40u);
 }
 
 TEST(ClockReport, ActiveClockFirstAndNoLimitAsMinusOne) {

@@ -1,4 +1,4 @@
-#include "shell/clock_report.h"
+#include "shell/time_and_otim.h"
 
 #include "shell/conversions.h"
 
@@ -7,8 +7,8 @@ namespace {
 const char* BoolWord(bool value) { return value ? "true" : "false"; }
 
 std::string ClockLines(const char* role, const Clock& clock) {
-  return std::string("time (") + role + " side):\nmoves_left: " +
-         IntToString(static_cast<std::int32_t>(clock.moves_left)) +
+  return std::string("time (") + role +
+         " side):\nmoves_left: " + IntToString(static_cast<std::int32_t>(clock.moves_left)) +
          "\nmilliseconds_left: " + I64ToString(clock.ms_left) +
          "\nout_of_time: " + BoolWord(clock.ms_left < 0);
 }
@@ -18,6 +18,10 @@ std::string ClockLines(const char* role, const Clock& clock) {
 int EngineClockSide(bool white_is_computer, bool black_is_computer, int side_to_move) {
   if (white_is_computer == black_is_computer) return side_to_move;
   return white_is_computer ? WHITE_CLOCK : BLACK_CLOCK;
+}
+
+void SetRemainingTime(Clock& clock, std::int32_t centiseconds) {
+  clock.ms_left = 10 * std::int64_t(centiseconds);
 }
 
 std::string ClockReport(const TimeControl& time_control, bool white_is_computer,

@@ -1,0 +1,244 @@
+#include "search/optimize_interface.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "chess/string_helpers.h"
+#include "search/default_settings_file.h"
+#include "search/search_settings.h"
+#include "search/setting_bindings.h"
+#include "search/settings_guard.h"
+#include "support/temporary_directory.h"
+#include "support/terminal_capture.h"
+
+namespace OptimizeInterface {
+namespace {
+
+class SettingsFileTest : public ::testing::Test {
+ protected:
+  // Reads `text` as a settings file; gives what was reported on the way.
+  std::string Read(const std::string& text, Settings* result = nullptr) {
+    WriteWholeFile(file_, text);
+    TerminalCapture terminal;
+    Settings settings(file_);
+    if (result) *result = std::move(settings);
+    return terminal.Text();
+  }
+
+  template <typename Exception>
+  std::string ReadFailure(const std::string& text) {
+    WriteWholeFile(file_, text);
+    try {
+      TerminalCapture terminal;
+      Settings settings(file_);
+    } catch (const Exception& error) {
+      return error.what();
+    }
+    return "no failure";
+  }
+
+  static std::string Warning(const std::string& name, const std::string& value) {
+    return "Warning: Initialized missing variable <" + name + "> with default value ('" + value +
+           "')\n";
+  }
+
+  static std::string Defaults() { return std::string(DEFAULT_SETTINGS_FILE); }
+
+  static std::string Replaced(std::string text, const std::string& old_part,
+                              const std::string& new_part) {
+    return text.replace(text.find(old_part), old_part.size(), new_part);
+  }
+
+  static std::string DefaultsWith(const std::string& old_part, const std::string& new_part) {
+    return Replaced(Defaults(), old_part, new_part);
+  }
+
+  SettingsGuard guard_;
+  TemporaryDirectory directory_;
+  std::string file_ = directory_.File("settings.txt");
+};
+
+TEST(SearchSettings, TheTableHas173DistinctNames) {
+  const auto bindings = SearchSettingBindings();
+  std::set<std::string_view> names;
+  for (const SettingBinding& binding : bindings) names.insert(binding.name);
+  EXPECT_EQ(bindings.size(), 173u);
+  EXPECT_EQ(names.size(), 173u);
+  EXPECT_EQ(Settings().Variables().size(), 173u);
+}
+
+TEST(SearchSettings, RangesOfTheTable) {
+  const Settings settings;
+  auto range = [&](std::string_view name) {
+    for (const auto& variable : settings.Variables())
+      if (variable->Name() == name)
+        return variable->TypeName() + " " + variable->MinimumText() + ".." +
+               variable->MaximumText() + " x" + std::to_string(variable->Size());
+    return std::string("missing");
+  };
+  EXPECT_EQ(range("root_distance_multiplier"), "integer 1..6400 x1");
+  EXPECT_EQ(range("full_extension_minimum_depth"), "integer -5120..5120 x1");
+  EXPECT_EQ(range("maximum_material_margin_for_null_move"), "integer -32767000..32767000 x1");
+  EXPECT_EQ(range("iid_min_reduction"), "integer 16..64000 x1");
+  EXPECT_EQ(range("extend_if_mate_in_x_moves_threat"), "integer 1..100 x1");
+  EXPECT_EQ(range("max_pieces_left_for_ettc"), "integer 0..64 x1");
+  EXPECT_EQ(range("checking_move_sorting_bonus_if_playing_for_mate"), "integer -511..511 x4");
+  EXPECT_EQ(range("capture_move_sorting_bonus"), "integer -511..511 x6");
+  EXPECT_EQ(range("randomize_move_ordering_of_remaining_moves"), "integer 0..200 x1");
+  EXPECT_EQ(range("enable_ettc"), "boolean false..true x1");
+}
+
+TEST_F(SettingsFileTest, DefaultsAreWrittenInTheFixedOrder) {
+  Settings().Write(file_);
+  EXPECT_EQ(ReadWholeFile(file_), Defaults());
+}
+
+TEST_F(SettingsFileTest, WrittenFileReadsBackSilentlyAndApplies) {
+  Settings settings;
+  settings.Set("capture_move_sorting_bonus", "1 2 3 4 5 6");
+  settings.Set("enable_ettc", "true");
+  settings.Set("root_distance_multiplier", "6400");
+  settings.Write(file_);
+  Settings read;
+  EXPECT_EQ(Read(ReadWholeFile(file_), &read), "");
+  EXPECT_EQ(read.Get("capture_move_sorting_bonus"), "1 2 3 4 5 6");
+  EXPECT_EQ(enable_ettc, false);  // reading alone changes nothing
+  read.Apply();
+  EXPECT_EQ(enable_ettc, true);
+  EXPECT_EQ(root_distance_multiplier, 6400);
+  EXPECT_EQ(capture_move_sorting_bonus[5], 6);
+  EXPECT_EQ(checking_move_sorting_bonus_if_not_playing_for_mate[3], 65);
+}
+
+TEST_F(SettingsFileTest, WindowsLineEndsReadBackSilently) {
+  std::string text;
+  for (char c : Defaults()) text += c == '\n' ? std::string("\r\n") : std::string(1, c);
+  EXPECT_EQ(Read(text), "");
+}
+
+TEST_F(SettingsFileTest, EmptyFileGivesEveryVariableItsPresentValue) {
+  enable_ettc = true;
+  Settings read;
+  const std::string report = Read("", &read);
+  EXPECT_TRUE(BraskUtils::StartsWith(report,
+                                     "Expected variable: root_distance_multiplier;\n"
+                                     "Received variable: invalid\n" +
+                                         Warning("root_distance_multiplier", "64")));
+  std::size_t warnings = 0;
+  for (std::size_t at = 0; (at = report.find("Warning:", at)) != std::string::npos; ++at)
+    ++warnings;
+  EXPECT_EQ(warnings, 173u);
+  EXPECT_NE(report.find(Warning("enable_ettc", "true")), std::string::npos);
+  EXPECT_NE(report.find(Warning("capture_move_sorting_bonus", "0 4 5 5 6 10")), std::string::npos);
+  EXPECT_EQ(report.find("Expected variable", 1), std::string::npos);
+  EXPECT_EQ(read.Get("enable_ettc"), "true");
+}
+
+TEST_F(SettingsFileTest, MissingVariableTakesItsPresentValueAndTheRestIsRead) {
+  std::string text = Replaced(Defaults(), "enable_search_extensions=true\n", "");
+  text = Replaced(text, "root_distance_multiplier=64", "root_distance_multiplier=65");
+  text = Replaced(text, "enable_ettc=false", "enable_ettc=true");
+  Settings read;
+  EXPECT_EQ(Read(text, &read),
+            "Expected variable: enable_search_extensions;\n"
+            "Received variable: min_depth_for_search_extensions_if_searching_pv_move\n" +
+                Warning("enable_search_extensions", "true"));
+  EXPECT_EQ(read.Get("root_distance_multiplier"), "65");
+  EXPECT_EQ(read.Get("enable_ettc"), "true");
+}
+
+TEST_F(SettingsFileTest, MisspelledVariableMakesEverythingBehindItTakeDefaults) {
+  std::string text =
+      Replaced(Defaults(), "randomize_move_ordering_of", "randomise_move_ordering_of");
+  text =
+      Replaced(text, "neglect_trade_knight_vs_bishop=true", "neglect_trade_knight_vs_bishop=false");
+  Settings read;
+  EXPECT_EQ(Read(text, &read),
+            "Expected variable: randomize_move_ordering_of_remaining_moves;\n"
+            "Received variable: randomise_move_ordering_of_remaining_moves\n" +
+                Warning("randomize_move_ordering_of_remaining_moves", "5") +
+                Warning("randomize_quiescence_move_ordering", "8") +
+                Warning("score_checking_move_should_neglect_trade_knight_vs_bishop", "true"));
+  EXPECT_EQ(read.Get("score_checking_move_should_neglect_trade_knight_vs_bishop"), "true");
+}
+
+TEST_F(SettingsFileTest, BlankLineMakesEverythingBehindItTakeDefaults) {
+  std::string text = Defaults();
+  text.insert(text.find("capture_move_sorting_bonus="), "\n");
+  const std::string report = Read(text);
+  EXPECT_TRUE(BraskUtils::StartsWith(report,
+                                     "Expected variable: capture_move_sorting_bonus;\n"
+                                     "Received variable: invalid\n"));
+  EXPECT_NE(
+      report.find(Warning("score_checking_move_should_neglect_trade_knight_vs_bishop", "true")),
+      std::string::npos);
+}
+
+TEST_F(SettingsFileTest, LinesBehindTheLastVariableAreNotRead) {
+  EXPECT_EQ(Read(Defaults() + "garbage without separator\n"), "");
+}
+
+TEST_F(SettingsFileTest, InvalidValuesNameTheLine) {
+  EXPECT_EQ(ReadFailure<Settings::InvalidData>(
+                DefaultsWith("root_distance_multiplier=64", "root_distance_multiplier=0")),
+            "Parse error in line #1 (value out of bounds)");
+  EXPECT_EQ(
+      ReadFailure<Settings::InvalidData>(DefaultsWith("enable_ettc=false", "enable_ettc=yes")),
+      "Parse error in line #79 (could not parse boolean: yes)");
+  EXPECT_EQ(ReadFailure<Settings::InvalidData>(DefaultsWith(
+                "capture_move_sorting_bonus=0 4 5 5 6 10", "capture_move_sorting_bonus=0 4 5 5 6")),
+            "Parse error in line #144 (invalid size)");
+}
+
+TEST_F(SettingsFileTest, LineWithoutSeparatorIsRefused) {
+  EXPECT_EQ(ReadFailure<Settings::IO_Exception>(DefaultsWith("enable_ettc=false", "enable_ettc")),
+            "seperator missing ('=')");
+  EXPECT_EQ(ReadFailure<Settings::IO_Exception>(" \t\r\n"), "no failure");
+}
+
+TEST_F(SettingsFileTest, FilesThatCannotBeOpenedOrWritten) {
+  const std::string missing = directory_.File("no/such/file");
+  try {
+    Settings settings(missing);
+    FAIL();
+  } catch (const Settings::IO_Exception& error) {
+    EXPECT_EQ(error.what(), "could not open file: " + missing);
+  }
+  try {
+    Settings().Write(missing);
+    FAIL();
+  } catch (const Settings::IO_Exception& error) {
+    EXPECT_EQ(error.what(), "could not open file: " + missing);
+  }
+  try {
+    Settings().Write("/dev/full");
+    FAIL();
+  } catch (const Settings::IO_Exception& error) {
+    EXPECT_EQ(std::string(error.what()), "could not write file: /dev/full");
+  }
+}
+
+TEST(SettingsSnapshot, SetAndGetByName) {
+  Settings settings;
+  settings.Set("min_ply_for_null_move", "7");
+  EXPECT_EQ(settings.Get("min_ply_for_null_move"), "7");
+  EXPECT_EQ(min_ply_for_null_move, 4);
+  try {
+    settings.Set("min_ply_for_null_move", "-1");
+    FAIL();
+  } catch (const Settings::InvalidData& error) {
+    EXPECT_STREQ(error.what(), "could not parse new value: value out of bounds");
+  }
+  try {
+    settings.Get("no_such_variable");
+    FAIL();
+  } catch (const Settings::UnknownVariable& error) {
+    EXPECT_STREQ(error.what(), "unknown variable: no_such_variable");
+  }
+  EXPECT_THROW(settings.Set("no_such_variable", "1"), Settings::UnknownVariable);
+  EXPECT_EQ(settings.Get("min_ply_for_null_move"), "7");
+}
+
+}  // namespace
+}  // namespace OptimizeInterface
