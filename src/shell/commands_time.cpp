@@ -1,6 +1,6 @@
 #include "shell/commands_time.h"
 
-#include "shell/clock_report.h"
+#include "shell/time_and_otim.h"
 #include "shell/game_state.h"
 #include "shell/tee_stream.h"
 #include "shell/time_control_parsing.h"
