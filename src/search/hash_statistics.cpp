@@ -1,4 +1,8 @@
 #include "search/hash_statistics.h"
 
-// The tables count no probes yet: every ratio is 0.
-HashStatistics CurrentHashStatistics() { return {}; }
+#include "search/hash.h"
+
+HashStatistics CurrentHashStatistics() {
+  return {TRANSPOSITION_TABLE.HitRatio(), PAWN_HASH_TABLE.HitRatio(),
+          EVALUATION_HASH_TABLE.HitRatio()};
+}
