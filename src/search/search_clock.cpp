@@ -82,27 +82,25 @@ bool SearchClock::IsStable() {
   return stable_cache != 0;
 }
 
-double SearchClock::OtherMoveFactor() const {
-  double factor = 2.4;
-  if (previous_score > iteration_score) {
-    factor *= DropFactor(previous_score - iteration_score, upperbound);
-  }
-  return factor;
+// The factors are applied one by one, in this order: the truncation at the end sees the same
+// rounding every time.
+void SearchClock::StretchForOtherMove(double& t) const {
+  t *= 2.4;
+  if (previous_score > iteration_score) t *= DropFactor(previous_score - iteration_score, upperbound);
 }
 
-double SearchClock::BestMoveFactor(int fail) const {
-  double factor = 1.2;
+void SearchClock::StretchForBestMove(double& t, int fail) const {
+  t *= 1.2;
   if (iteration_score != NO_SCORE) {
     if (fail == FAILED_HIGH && lowerbound - previous_score >= 1) {
-      factor *= FailHighFactor(lowerbound - iteration_score, lowerbound);
+      t *= FailHighFactor(lowerbound - iteration_score, lowerbound);
     }
   } else if (fail == FAILED_LOW) {
     const std::int32_t d = previous_score - upperbound;
-    factor *= d >= 256 && upperbound < 0 ? 8.0 : d < 101 ? 2.0 : 3.0;
+    t *= d >= 256 && upperbound < 0 ? 8.0 : d < 101 ? 2.0 : 3.0;
   } else if (fail == FAILED_HIGH) {
-    factor *= FailHighFactor(lowerbound - previous_score, lowerbound);
+    t *= FailHighFactor(lowerbound - previous_score, lowerbound);
   }
-  return factor;
 }
 
 bool SearchClock::TimeIsUp(std::uint64_t elapsed, int kind, int fail) {
@@ -111,7 +109,7 @@ bool SearchClock::TimeIsUp(std::uint64_t elapsed, int kind, int fail) {
   if (variable_time_limit == 0) return false;
   double t = double(variable_time_limit);
   switch (kind) {
-    case OTHER_MOVE: t *= OtherMoveFactor(); break;
+    case OTHER_MOVE: StretchForOtherMove(t); break;
     case ITERATION_DONE:
       if (IsUnstable()) {
         t *= 0.8;
@@ -120,7 +118,7 @@ bool SearchClock::TimeIsUp(std::uint64_t elapsed, int kind, int fail) {
         t *= 0.4;
       }
       break;
-    default: t *= BestMoveFactor(fail); break;
+    default: StretchForBestMove(t, fail); break;
   }
   if (kind != ITERATION_DONE && IsUnstable()) t *= 1.45;
   if (instability) t *= 1.75;

@@ -49,6 +49,6 @@ class SearchClock {
   bool IsUnstable();
   bool IsStable();
   void ForgetCaches() { unstable_cache = stable_cache = NO_SCORE; }
-  double BestMoveFactor(int fail) const;
-  double OtherMoveFactor() const;
+  void StretchForBestMove(double& t, int fail) const;
+  void StretchForOtherMove(double& t) const;
 };
