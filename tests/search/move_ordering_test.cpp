@@ -173,9 +173,9 @@ TEST(NextMoves, KillersLeadWhenNoCaptureIsPromising) {
 }
 
 TEST(NextMoves, AtMostTwoPromisingCapturesBeforeTheFirstKiller) {
-  // Three pawns hang to the white queen and knight: four promising captures, and safe checks.
-  const Board board = BoardFromFen("4k3/8/8/p1p1p3/8/3N4/8/Q3K3 w - - 0 1");
-  const Move killer1 = Find(board, E1, D1);
+  // Three black pieces hang to the white queen and knight: four promising captures.
+  const Board board = BoardFromFen("4k3/8/8/n1b1r3/8/3N4/8/Q6K w - - 0 1");
+  const Move killer1 = Find(board, H1, H2);
   std::vector<Move> list;
   const Batches batches = CollectBatches(board, ALL, INVALID, killer1, INVALID, list);
   const std::vector<Move>& order = batches.moves[0];
