@@ -32,7 +32,8 @@ void WriteSearchSettings(const std::string& file_name) {
   try {
     Settings().Write(file_name);
   } catch (const Settings::IO_Exception& error) {
-    throw SettingsCommandError(std::string("could not write search settings file ") + error.what());
+    throw SettingsCommandError(std::string("could not write search settings file ") +
+                               error.what());
   }
 }
 

@@ -46,8 +46,8 @@ void SetFromLine(DataType& variable, const std::string& value, int line_number) 
 void ReportMissingVariable(const DataType& variable, const std::string& default_text,
                            const std::string& received_name, bool first_mismatch) {
   if (first_mismatch) {
-    Output << "Expected variable: " << variable.Name() << ";\nReceived variable: " << received_name
-           << '\n';
+    Output << "Expected variable: " << variable.Name() << ";\nReceived variable: "
+           << received_name << '\n';
   }
   Output << "Warning: Initialized missing variable <" << variable.Name()
          << "> with default value ('" << default_text << "')\n";

@@ -16,6 +16,10 @@ TIMEOUT_SECONDS = 20
 # The console prompt: a carriage return for the terminal, then side and move number.
 PROMPT = re.compile(r" \r(?:White|Black) \d+> ")
 EDIT_PROMPT = "edit mode> "
+# What a search writes on the console while it runs and when it ends: iteration lines without a
+# newline, thinking lines that overwrite them, new candidates, and the statistics.
+THINKING = re.compile(r"\r?Depth: \d+\.(?: [^\n]*\n)?|\d+ knodes searched\n|!\? \S+ |"
+                      r"(?:time: |hit ratio: |ETTC tries=)[^\n]*\n")
 # A board diagram as the console shows it after each change of the game.
 BOARD_LINE = re.compile(r"^(?:    \+---.*|  [1-8] \|.*|      a   b .*|castle possibilities: .*"
                         r"|side on move: .*)$")
@@ -32,8 +36,9 @@ class Run:
         self.files = directory_files
 
     def answers(self):
-        """Standard output without prompts and board diagrams, as a list of lines."""
+        """Standard output without prompts, board diagrams and thinking output, as lines."""
         text = PROMPT.sub("", self.stdout).replace(EDIT_PROMPT, "")
+        text = THINKING.sub("", text)
         return [line for line in text.split("\n") if line and not BOARD_LINE.match(line)]
 
     def prompts(self):

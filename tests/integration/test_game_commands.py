@@ -82,8 +82,8 @@ def test_remove_takes_back_two_half_moves_for_the_human():
 
 
 def test_result_ends_the_game_and_new_starts_one():
-    fen, result = fen_after(["result 1-0 {White mates}", "e4", "result 0-1", "new", "e4",
-                             "force", "e5", "result 1/2-1/2 {Draw by mutal agreement}", "Nf3",
+    fen, result = fen_after(["result 1-0 {White mates}", "e4", "result 0-1", "new", "force",
+                             "e4", "e5", "result 1/2-1/2 {Draw by mutal agreement}", "Nf3",
                              "result *"])
     expect_equal(result.answers(), ["Illegal move: e4", "Command ignored (game over)",
                                     "Illegal move: Nf3", "Command ignored (game over)"],
