@@ -81,8 +81,12 @@ void BasicXBoardProtocol::ShowThinkingLine(const SerialSearch& search) {
   Output << line << "\n";
 }
 
-// Front ends send signals to interrupt engines; this engine polls its input instead.
+// Front ends send signals to interrupt engines; this engine polls its input instead. A console
+// prompt may still stand unfinished on the line, and front ends read whole lines: end it first.
 void XBoardProtocol_1::Initialize() {
+  const bool log = Output.SetLog(false);
+  Say("\n");
+  Output.SetLog(log);
   EnterRawMode();
   std::signal(SIGINT, SIG_IGN);
   std::signal(SIGTERM, SIG_IGN);

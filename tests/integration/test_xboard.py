@@ -14,6 +14,8 @@ FEATURE_LINES = [f"feature {feature}" for feature in FEATURES]
 def test_protover_2_sends_the_features_in_order():
     result = run(["protover 2"])
     expect_equal(result.answers(), FEATURE_LINES, "features")
+    expect(result.stdout.endswith("\n" + "\n".join(FEATURE_LINES) + "\n"),
+           "each feature on a line of its own")
     expect("Stdin has been set to raw mode (OS: Unix compatible)." in log_only_reports(result.log),
                "raw mode note")
     result = run(["id ##Rival", "protover 2"])
@@ -37,7 +39,8 @@ def test_other_protocol_versions_are_noted_in_the_log():
 def test_xboard_answers_without_prompts_or_sentences():
     result = run(["xboard", "", ".", "?", "random", "force", "e4", "undo 3", "foo",
                   "setboard 8/8/8/8/8/8/8/8 w - - 0 1", "write_fen kings.fen", "hint", "ping 9"])
-    expect_equal(result.stdout, " \rWhite 1> "
+    # The console's prompt before "xboard" is ended, so that the front end reads whole lines.
+    expect_equal(result.stdout, " \rWhite 1> \n"
                  "stat01: 0 0 0 0 0\n"
                  "telluser could not undo 2 move(s), because start position has been reached\n"
                  "Illegal move: foo\n"
