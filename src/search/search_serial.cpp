@@ -305,6 +305,13 @@ void SerialSearch::Poll(std::uint64_t* countdown) {
     // About one poll every eighth of a second.
     const std::uint64_t rate = elapsed < 1000 ? nodes : nodes / elapsed * 1000;
     *countdown = rate / 8 + 100;
+    // Near the hard limit the next poll must not fall an eighth of a second behind it: on the
+    // last move before a time control the hard limit is all that is left on the clock.
+    if (max_time_limit > 0 && type != SearchType::analyze && type != SearchType::pondering) {
+      const std::uint64_t limit = std::uint64_t(max_time_limit);
+      const std::uint64_t left_ms = elapsed < limit ? limit - elapsed : 0;
+      *countdown = std::min(*countdown, rate * left_ms / 1000 + 100);
+    }
     if (elapsed <= QUIET_START_MS && iteration == 1) return;
   }
   if (type == SearchType::puzzle) {

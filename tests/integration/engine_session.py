@@ -9,6 +9,8 @@ import re
 import subprocess
 import sys
 import tempfile
+import threading
+import time
 import traceback
 
 TIMEOUT_SECONDS = 20
@@ -116,3 +118,80 @@ def run_tests(tests):
             print(f"FAIL {test.__name__}:\n{traceback.format_exc()}")
     print(f"{len(tests) - failures} passed, {failures} failed")
     sys.exit(1 if failures else 0)
+
+
+class InteractiveSession:
+    """The engine in a temporary directory of its own, talked to line by line.
+
+    For the tests that must wait for an answer before they type the next line (a move played, a
+    search that keeps going). Output is collected by a reader thread; `wait_for` looks for a
+    pattern after a position in it, with a deadline, so a silent engine fails the test instead of
+    hanging it. Use it as a context manager: the engine is killed at the end whatever happened,
+    and the log is read back into `log`.
+    """
+
+    def __init__(self, arguments=()):
+        self._directory = tempfile.TemporaryDirectory(prefix="brask-")
+        self.process = subprocess.Popen([engine_path(), *arguments], cwd=self._directory.name,
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.STDOUT)
+        self._output = ""
+        self._lock = threading.Lock()
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
+        self.log = ""
+
+    def _read(self):
+        for chunk in iter(lambda: self.process.stdout.read1(4096), b""):
+            with self._lock:
+                self._output += chunk.decode("utf-8", "replace")
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def send(self, *lines):
+        self.process.stdin.write("".join(line + "\n" for line in lines).encode())
+        self.process.stdin.flush()
+
+    def output(self, start=0):
+        with self._lock:
+            return self._output[start:]
+
+    def mark(self):
+        """A position in the output, for looking only at what comes after it."""
+        with self._lock:
+            return len(self._output)
+
+    def poll_for(self, pattern, timeout, start=0):
+        """The first match of `pattern` after `start` within `timeout` seconds, or None."""
+        compiled = re.compile(pattern)
+        deadline = time.monotonic() + timeout
+        while True:
+            match = compiled.search(self.output(), start)
+            if match or time.monotonic() >= deadline:
+                return match
+            time.sleep(0.02)
+
+    def wait_for(self, pattern, timeout, start=0):
+        """Like `poll_for`, but a missing answer fails the test with the end of the output."""
+        match = self.poll_for(pattern, timeout, start)
+        if match is None:
+            raise AssertionError(f"no {pattern!r} within {timeout} s; output ends with "
+                                 f"{self.output(start)[-800:]!r}")
+        return match
+
+    def quit(self, timeout=10):
+        """Sends quit and waits for the end; the exit status."""
+        self.send("quit")
+        return self.process.wait(timeout=timeout)
+
+    def close(self):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+        self._reader.join(timeout=5)
+        self.log = read_log(self._directory.name)
+        self._directory.cleanup()
