@@ -162,6 +162,24 @@ def test_analyze_after_the_end_of_the_game_waits_for_exit():
            "the waiting loop noted in the log")
 
 
+def test_analysis_follows_moves_to_the_end_of_the_game_and_back():
+    with xboard() as engine:
+        engine.send("post", "force", f"setboard {MATED_IN_1}", "analyze")
+        # A forced line is searched to the last iteration; the analysis then waits.
+        match, _ = engine.wait_for(r"^79 -32765 \d+ \d+ Kb8 Rh8# $", 10, "last iteration")
+        engine.send("Kb8")
+        engine.wait_for(r"^79 32766 \d+ \d+ Rh8# $", 10, "analysis after Kb8")
+        engine.send("Rh8")
+        expect_equal(synchronize(engine), [], "the mate is silent in analyze mode")
+        engine.send("undo")
+        engine.wait_for(r"^1 32766 \d+ \d+ Rh8# $", 5, "analysis again after undo")
+        engine.send("exit")
+        lines = synchronize(engine, "exit")
+        expect(not any(line.startswith("move") for line in lines), f"no move: {lines[-3:]}")
+    expect("Entering analyze compatibility mode" in log_only_reports(engine.log),
+           "a wait on the finished game")
+
+
 def test_hint_searches_briefly_and_is_silent_without_a_move():
     with xboard() as engine:
         engine.send("new", "hint")
@@ -225,6 +243,26 @@ def test_ponder_miss_starts_a_new_search():
     expect(fens[2].endswith(" b"), f"the new search is for Black: {fens[2]}")
 
 
+def test_pondering_gives_way_to_easy_go_and_playother():
+    with xboard() as engine:
+        engine_move_then_ponder(engine)
+        engine.send("easy")
+        synchronize(engine)
+        engine.send(".")
+        expect_equal(synchronize(engine, "easy"), ["stat01: 0 0 0 0 0"], "easy ends pondering")
+        # Pondering again from playother, then go: the engine takes White's move itself.
+        engine.send("hard", "force", "playother")
+        time.sleep(0.5)
+        engine.send(".")
+        expect(STATUS.match(engine.wait_for("^stat01", 5)[0].string), "pondering after playother")
+        engine.send("go")
+        match, _ = engine.wait_for(MOVE, 5, "a move for White after go")
+        expect(match.group(1) not in BLACK_REPLIES, f"a move for White: {match.group(1)!r}")
+    searches = re.findall(r"type=(\w+)", engine.log)
+    expect_equal(searches[:5], ["normal", "pondering", "pondering", "normal", "pondering"],
+                 "searches")
+
+
 def test_time_and_otim_set_the_clocks():
     with xboard() as engine:
         engine.send("new", "level 40 5 0", "time 150", "otim 30000", "e2e4")
@@ -286,10 +324,12 @@ if __name__ == "__main__":
                test_result_ends_the_game_silently,
                test_analyze_runs_until_exit_and_makes_no_move,
                test_analyze_after_the_end_of_the_game_waits_for_exit,
+               test_analysis_follows_moves_to_the_end_of_the_game_and_back,
                test_hint_searches_briefly_and_is_silent_without_a_move,
                test_playother_gives_the_engine_the_side_not_on_move,
                test_ponder_hit_answers_quickly,
                test_ponder_miss_starts_a_new_search,
+               test_pondering_gives_way_to_easy_go_and_playother,
                test_time_and_otim_set_the_clocks,
                test_draw_offers_are_answered_after_the_next_search,
                test_the_engine_offers_a_draw_in_a_dead_level_ending,
