@@ -23,10 +23,11 @@ brask_ensure_packages() {
 BRASK_BUILD_PACKAGES=(g++ cmake make libroaring-dev)
 BRASK_TEST_PACKAGES=(libgtest-dev python3 xboard xvfb xauth fairymax)
 
-# Configures and builds the given build directory (Release unless a type is given).
+# Configures and builds the given build directory (Release unless a type is given). Further
+# arguments go to the configuration; BRASK_TARGET, if set, builds one target only.
 brask_build() {
   local dir=$1 type=${2:-Release}
   shift 2 || shift $#
   cmake -S "$BRASK_ROOT" -B "$dir" -DCMAKE_BUILD_TYPE="$type" "$@" >/dev/null || return 1
-  cmake --build "$dir" -j "$(nproc)"
+  cmake --build "$dir" -j "$(nproc)" ${BRASK_TARGET:+--target "$BRASK_TARGET"}
 }

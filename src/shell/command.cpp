@@ -1,5 +1,7 @@
 #include "shell/command.h"
 
+#include "chess/memory_size.h"
+#include "shell/conversions.h"
 #include "shell/error_command.h"
 #include "shell/game_state.h"
 
@@ -11,6 +13,14 @@ void Command::Fail(std::string_view message) const {
 
 void Command::RequireForceMode(const GameState& game) const {
   if (game.engine_mode != EngineMode::force) Fail("must be in force mode");
+}
+
+std::uint64_t Command::SizeArgument(const std::string& text) const {
+  try {
+    return BraskUtils::ParseMemorySize(text);
+  } catch (const string_conversion_error&) {
+    Fail("could not parse new size");
+  }
 }
 
 }  // namespace BraskInterfaces

@@ -4,6 +4,7 @@
 // the check once, in the state they found when they arrived, and remember that it passed.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,8 +28,10 @@ class Command {
  protected:
   // Throws the ErrorCommand "Error (message): line".
   [[noreturn]] void Fail(std::string_view message) const;
-  // Throws unless the engine is in force mode (or, where allowed, analyze mode).
+  // Throws unless the engine is in force mode.
   void RequireForceMode(const GameState& game) const;
+  // A memory size such as "64M"; throws "could not parse new size".
+  std::uint64_t SizeArgument(const std::string& text) const;
 
   bool checked = false;
 };

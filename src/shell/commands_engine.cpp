@@ -63,12 +63,7 @@ void Command_ResizeHashtable::Execute(GameState& game) {
                              : type == "eval" ? static_cast<AbstractHashTable*>(&EVALUATION_HASH_TABLE)
                                               : nullptr;
   if (!table) Fail("unknown hashtable type");
-  std::uint64_t bytes = 0;
-  try {
-    bytes = BraskUtils::ParseMemorySize(size);
-  } catch (const string_conversion_error&) {
-    Fail("could not parse new size");
-  }
+  const std::uint64_t bytes = SizeArgument(size);
   RequireForceMode(game);
   // A size the machine cannot give leaves the table as it was.
   if (!table->Resize(bytes)) Fail("not enough memory for this size");
@@ -101,12 +96,7 @@ void Command_DisplayTablebasesStatus::Execute(GameState&) {
 
 void Command_InitTablebases::Execute(GameState& game) {
   if (type != "nalimov") Fail("could not parse type");
-  std::uint64_t bytes = 0;
-  try {
-    bytes = BraskUtils::ParseMemorySize(size);
-  } catch (const string_conversion_error&) {
-    Fail("could not parse new size");
-  }
+  const std::uint64_t bytes = SizeArgument(size);
   RequireForceMode(game);
   NalimovInitializer initializer;
   try {

@@ -5,6 +5,7 @@ result) and any files the commands write stay out of the build tree. A run that 
 within its timeout is a failure, never a stuck suite.
 """
 import os
+import queue
 import re
 import subprocess
 import sys
@@ -85,6 +86,94 @@ def read_files(directory):
         with open(path, encoding="utf-8", errors="replace") as file:
             contents[name] = file.read()
     return contents
+
+
+class InteractiveSession:
+    """The engine on pipes, for tests that time their lines against what it has answered.
+
+    Lines of standard output are read as they come; every wait has a deadline, and `close` ends
+    the engine (by "quit", then by force) so that no test can hang. Use it in a `with` block; the
+    log of the run is in `log` afterwards.
+    """
+
+    def __init__(self, arguments=(), timeout=TIMEOUT_SECONDS):
+        self.directory = tempfile.TemporaryDirectory(prefix="brask-")
+        self.process = subprocess.Popen([engine_path(), *arguments], cwd=self.directory.name,
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                        stderr=subprocess.DEVNULL)
+        self.lines = queue.Queue()
+        self.received = []  # every line read so far, in order
+        self.deadline = time.monotonic() + timeout
+        self.log = ""
+        threading.Thread(target=self._read, daemon=True).start()
+
+    def _read(self):
+        for raw in iter(self.process.stdout.readline, b""):
+            self.lines.put(raw.decode("utf-8", "replace").rstrip("\n"))
+        self.lines.put(None)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self.close()
+
+    def send(self, *lines):
+        for line in lines:
+            self.process.stdin.write((line + "\n").encode())
+        self.process.stdin.flush()
+
+    def read_line(self, timeout):
+        """The next line of output, or None if none came within `timeout` seconds."""
+        timeout = min(timeout, self.deadline - time.monotonic())
+        try:
+            line = self.lines.get(timeout=max(timeout, 0))
+        except queue.Empty:
+            return None
+        if line is None:
+            self.lines.put(None)  # the end of output stays seen by later reads
+        else:
+            self.received.append(line)
+        return line
+
+    def wait_for(self, pattern, timeout, what=None):
+        """Reads lines until one matches `pattern` (a regular expression, searched); returns the
+        match and the lines read before it. Fails the test if none comes in time."""
+        pattern = re.compile(pattern)
+        skipped = []
+        end = time.monotonic() + timeout
+        while True:
+            line = self.read_line(end - time.monotonic())
+            if line is None:
+                raise AssertionError(f"{what or pattern.pattern}: nothing matching within "
+                                     f"{timeout} s; last lines read: {skipped[-8:]}")
+            match = pattern.search(line)
+            if match:
+                return match, skipped
+            skipped.append(line)
+
+    def quiet_for(self, seconds):
+        """The lines written within `seconds`: what the engine says while left alone."""
+        lines = []
+        end = time.monotonic() + seconds
+        while time.monotonic() < end:
+            line = self.read_line(end - time.monotonic())
+            if line is None:
+                break
+            lines.append(line)
+        return lines
+
+    def close(self):
+        if self.process.poll() is None:
+            try:
+                self.send("quit")
+                self.process.wait(timeout=5)
+            except (OSError, subprocess.TimeoutExpired):
+                self.process.kill()
+                self.process.wait()
+        self.log = read_log(self.directory.name)
+        self.directory.cleanup()
+        return self.log
 
 
 def log_only_reports(log):

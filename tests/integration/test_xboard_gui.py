@@ -3,7 +3,8 @@
 
 The game must end normally: mate, a draw rule or resignation, with no illegal move, no loss on
 time and no engine that dies. Usage: test_xboard_gui.py BUILD_DIR [GAMES] [TIME] [INCREMENT]
-(more games and other clocks make it the match benchmark).
+(more games and other clocks make it the match benchmark). With BRASK_MATCH_DIR set, the games,
+xboard's debug file and the engines' logs are kept in that directory.
 """
 import os
 import re
@@ -76,7 +77,11 @@ def main():
             print(f"FAIL missing {program or 'xvfb-run'}: scripts/test installs xboard, xvfb "
                   "and fairymax")
             return 1
-    with tempfile.TemporaryDirectory() as directory:
+    kept = os.environ.get("BRASK_MATCH_DIR")
+    if kept:
+        os.makedirs(kept, exist_ok=True)
+    with tempfile.TemporaryDirectory() as scratch:
+        directory = os.path.abspath(kept) if kept else scratch
         output, games_text, debug_text = play_match(build, directory, games, clock, increment)
         endings = game_endings(games_text)
         abnormal = [ending for ending in endings

@@ -9,31 +9,9 @@
 #include <sstream>
 
 #include "support/temporary_directory.h"
+#include "support/terminal_capture.h"
 
 namespace {
-
-// Standard output redirected into a string for the lifetime of the object; counts flushes.
-class TerminalCapture {
- public:
-  TerminalCapture() : previous_(std::cout.rdbuf(&buffer_)) {}
-  ~TerminalCapture() {
-    std::cout.rdbuf(previous_);
-    std::cout.copyfmt(std::ios(nullptr));  // undo the formatting a test set on std::cout
-  }
-  std::string Text() const { return buffer_.str(); }
-  int Flushes() const { return buffer_.syncs; }
-
- private:
-  struct CountingBuffer : std::stringbuf {
-    int syncs = 0;
-    int sync() override {
-      ++syncs;
-      return std::stringbuf::sync();
-    }
-  };
-  CountingBuffer buffer_;
-  std::streambuf* previous_;
-};
 
 class TeeStreamTest : public ::testing::Test {
  protected:

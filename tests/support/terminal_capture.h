@@ -8,7 +8,10 @@
 class TerminalCapture {
  public:
   TerminalCapture() : previous_(std::cout.rdbuf(&buffer_)) {}
-  ~TerminalCapture() { std::cout.rdbuf(previous_); }
+  ~TerminalCapture() {
+    std::cout.rdbuf(previous_);
+    std::cout.copyfmt(std::ios(nullptr));  // undo the formatting a test set on std::cout
+  }
   TerminalCapture(const TerminalCapture&) = delete;
   TerminalCapture& operator=(const TerminalCapture&) = delete;
 
