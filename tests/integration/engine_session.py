@@ -209,13 +209,14 @@ def run_tests(tests):
     sys.exit(1 if failures else 0)
 
 
-class InteractiveSession:
-    """The engine in a temporary directory of its own, talked to line by line.
+class ConsoleSession:
+    """The engine on pipes as a console user meets it, watched as one stream of text.
 
-    For the tests that must wait for an answer before they type the next line (a move played, a
-    search that keeps going). Output is collected by a reader thread; `wait_for` looks for a
-    pattern after a position in it, with a deadline, so a silent engine fails the test instead of
-    hanging it. Use it as a context manager: the engine is killed at the end whatever happened,
+    Unlike `InteractiveSession`, which reads whole lines, this one also sees what the console
+    writes without a newline (prompts, iteration lines that the next thinking line overwrites),
+    and a wait may look back at output already seen, from any position. A reader thread collects
+    the output; `wait_for` looks for a pattern after a position in it, with a deadline, so a
+    silent engine fails the test instead of hanging it. Use it as a context manager: the engine is killed at the end whatever happened,
     and the log is read back into `log`.
     """
 

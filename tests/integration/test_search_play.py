@@ -13,7 +13,7 @@ import sys
 import time
 
 import engine_session
-from engine_session import InteractiveSession, expect, expect_equal
+from engine_session import ConsoleSession, expect, expect_equal
 
 PLAYED = r"Brask played: (\S+)\n"
 THINKING_LINE = re.compile(r"Depth: (\d+)\. ([^\n(]*)\(([^)]*)\)\n")
@@ -56,7 +56,7 @@ def play_out(session, setup, max_moves):
 
 
 def test_mate_in_two_is_announced_and_played():
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         moves, output = play_out(engine, ["setboard 7k/8/8/8/8/8/R7/1R4K1 w - - 0 1", "st 2"], 4)
         expect_equal([score for _, score in moves], ["#2", "#1"], "scores of the mating moves")
         expect(moves[-1][0].endswith("#"), f"last move {moves[-1][0]} is no mate")
@@ -65,14 +65,14 @@ def test_mate_in_two_is_announced_and_played():
 
 def test_mate_in_three_for_black_is_announced_and_played():
     fen = "r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1"
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         moves, output = play_out(engine, ["setboard " + fen, "st 2"], 5)
         expect_equal([score for _, score in moves], ["#3", "#2", "#1"], "scores of the mating moves")
         expect("game over: 0-1 (Black mates)\n" in output, f"no end of game: {output[-300:]!r}")
 
 
 def test_being_mated_shows_the_distance_and_the_engine_resigns():
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         engine.send("force", "setboard 7k/8/8/8/8/8/R7/1R4K1 b - - 0 1", "st 2", "go")
         move, _, score = engine_move(engine, 0)
         expect_equal(score, "-#3", f"score of {move}")
@@ -81,7 +81,7 @@ def test_being_mated_shows_the_distance_and_the_engine_resigns():
 
 
 def test_hopeless_position_is_resigned_after_some_moves_not_at_once():
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         moves, output = play_out(engine, ["setboard 3qk2r/8/8/8/8/8/8/R3K3 w - - 0 1", "sd 5"], 8)
         expect(len(moves) >= 2, f"resigned at once: {moves}")
         expect(output.count("Congratulations! Brask resigns.\n") == 1, "no single resignation")
@@ -91,7 +91,7 @@ def test_hopeless_position_is_resigned_after_some_moves_not_at_once():
 
 
 def test_a_single_legal_move_is_played():
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         engine.send("force", "setboard k7/8/8/8/8/8/1r6/K6r w - - 0 1", "st 1", "go")
         started = time.monotonic()
         move, _, _ = engine_move(engine, 0, timeout=10)
@@ -103,7 +103,7 @@ def test_stalemate_is_worth_the_contempt():
     # Black is a rook down; giving the queen away stalemates its own king.
     fen = "k7/p7/P7/4Q3/6q1/4R3/8/7K b - - 0 1"
     for contempt in ("-30", "20"):
-        with InteractiveSession() as engine:
+        with ConsoleSession() as engine:
             engine.send("force", "setboard " + fen, "contempt " + contempt, "st 2", "go")
             move, _, score = engine_move(engine, 0)
             expect_equal((move, score), ("Qg2+", contempt), "the stalemating move and its score")
@@ -128,7 +128,7 @@ def hash_report(session, start):
 
 
 def test_hash_sizes_resizing_and_filling():
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         report = hash_report(engine, 0)
         expect_equal(report["transposition table"], ("24.00 megabyte", 1048576, 1048576, 0),
                      "transposition table at start")
@@ -168,7 +168,7 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
     The hard limit of each search is taken from the log: with m moves to the time control it is
     at least the clock divided by m, and with 40 moves ahead it is exactly that, so the limit of
     move 41 tells what was left of the first 20 seconds."""
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         # A draw is worth less than a pawn to both sides, so the game isn't repeated to its end.
         engine.send("force", "contempt -50", f"level 40 0:{LEVEL_SECONDS} 0")
         wall = []
@@ -199,7 +199,7 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
 
 
 def test_analyze_never_stops_by_itself():
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         # Limits that would end a normal search long before.
         engine.send("st 1", "sd 3", "level 40 0:10 0", "analyze")
         time.sleep(5)
@@ -219,7 +219,7 @@ def test_analyze_never_stops_by_itself():
 
 
 def test_pondering_goes_on_until_the_user_moves():
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         engine.send("st 1", "hard", "e4")
         move = engine.wait_for(PLAYED, 10)
         time.sleep(4)
@@ -238,7 +238,7 @@ def test_pondering_goes_on_until_the_user_moves():
 
 def test_draw_offers_on_the_console():
     # Rook against rook, where every search comes out at exactly the draw score.
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         engine.send("force", "setboard 4k3/8/r7/8/8/8/7R/4K3 b - - 0 1", "sd 6", "playother")
         mark = engine.mark()
         engine.send("draw", "Ke7")
@@ -257,7 +257,7 @@ def test_draw_offers_on_the_console():
 
 
 def test_hint_move_now_and_status_during_a_search():
-    with InteractiveSession() as engine:
+    with ConsoleSession() as engine:
         engine.send("st 2", "e4")
         engine.wait_for(PLAYED, 10)
         mark = engine.mark()
