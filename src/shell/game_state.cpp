@@ -48,9 +48,17 @@ void GameState::RequestSearch(SearchState kind, const UserBoard& board) const {
   throw search_request_received_exception(request, board);
 }
 
+// On the last move before a time control the hard limit is the whole clock, and a search that
+// fails low there may use all of it: what it takes to stop, answer and switch the clock would then
+// cost the game. A tenth of the clock, at most a second, stays in reserve.
 void GameState::ThinkingTime(int side, std::int32_t& max_time_limit,
                              std::int32_t& variable_time_limit) const {
-  ::ThinkingTime(time_control.clocks[side], max_time_limit, variable_time_limit);
+  const Clock& clock = time_control.clocks[side];
+  ::ThinkingTime(clock, max_time_limit, variable_time_limit);
+  const std::int64_t reserve = std::min<std::int64_t>(clock.ms_left / 10, 1000);
+  const std::int64_t usable = clock.ms_left - reserve;
+  if (usable < max_time_limit)
+    max_time_limit = std::int32_t(std::max<std::int64_t>(usable, MIN_THINKING_TIME_MS));
 }
 
 void GameState::SetPlayers(const Player& on_move, const Player& other, bool analyze) {
