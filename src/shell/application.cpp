@@ -147,3 +147,21 @@ void Application::WriteSearchHeader(const SearchRequest& request, const UserBoar
   Output.SetTerminal(terminal);
   Output.Flush();
 }
+
+void Application::ReportIterationStart(int iteration) {
+  game->Protocol().ReportIterationStart(iteration);
+}
+
+void Application::ReportNewBestLine(const SerialSearch& search) {
+  game->Protocol().ReportNewBestLine(search);
+}
+
+void Application::ReportNewBestMoveCandidate(const std::string& move_text) {
+  game->Protocol().ReportNewBestMoveCandidate(move_text);
+}
+
+void Application::ReportSearchInstability() { game->Protocol().ReportSearchInstability(); }
+
+void Application::ReportSearchFinished(const SerialSearch& search) {
+  game->Protocol().ReportSearchFinished(search);
+}

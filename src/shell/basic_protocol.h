@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/search_request.h"
+#include "shell/engine_states.h"
 
 class EditBoard;
 class GameState;

@@ -1,4 +1,4 @@
-#include "shell/coordinate_characters.h"
+#include "chess/coordinate_characters.h"
 
 #include <gtest/gtest.h>
 
