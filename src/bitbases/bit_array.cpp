@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "bitbases/bitmap_stream_check.h"
 #include "bitbases/memory_mapped_file.h"
 #include "bitbases/portable_io.h"
 
@@ -15,8 +16,7 @@ namespace {
 
 constexpr const char* OUT_OF_MEMORY = "Out of memory";
 
-// The deserialiser checks its bounds, not the meaning: an entry beyond the array's end shows a
-// file of another size class or a damaged one.
+// An entry beyond the array's end shows a file of another size class or a damaged one.
 Roaring ReadBitmap(const std::string& path, std::uint32_t bits) {
   std::unique_ptr<BraskUtils::ReadOnlyMemoryMappedFile> file;
   try {
@@ -24,6 +24,8 @@ Roaring ReadBitmap(const std::string& path, std::uint32_t bits) {
   } catch (const BraskUtils::ReadOnlyMemoryMappedFile::IOException&) {
     throw BitArray_IOException("Error: Failed to map file '" + path + "' to memory!");
   }
+  if (!IsWellFormedBitmapStream(file->GetData(), file->GetSize()))
+    throw BitArray_IOException("Error: File '" + path + "' holds no bit array");
   const char* bytes = reinterpret_cast<const char*>(file->GetData());
   Roaring bitmap;
   try {

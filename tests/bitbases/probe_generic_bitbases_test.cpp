@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "bitbases/bit_array.h"
 #include "bitbases/bitbase_test_support.h"
 #include "bitbases/generic_bitbase_index.h"
@@ -147,6 +149,9 @@ TEST_F(HandlerTableTest, FuzzDamagedFilesCostOnlyTheirOwnMaterial) {
   Save("kq_k", 3, 0, {{KRK_WHITE_ON_MOVE, 3}});
   WriteBytes(directory_.File("kr_k.bgb"), {0x3a, 0x30, 0, 0, 0xff, 0xff, 0xff, 0xff, 1, 2, 3});
   WriteBytes(directory_.File("kb_k.bgb"), {});
+  std::filesystem::create_directory(directory_.File("kp_k.bgb"));  // served without a file
+  std::filesystem::create_directory(directory_.File("k_kq.bgb"));  // never looked at
+  std::filesystem::create_directory(directory_.File("kqp_k.bgb"));
   Save("kn_k", 4, 0, {{ClassBits(4, 0) - 2, 3}});  // an array of another size class
   LogRecorder log;
   Build();
@@ -155,7 +160,9 @@ TEST_F(HandlerTableTest, FuzzDamagedFilesCostOnlyTheirOwnMaterial) {
   ExpectProbes({{"7Q/8/8/8/8/k7/8/1K6 w - - 0 1", BITBASE_FOUND, WIN},
                 {"7R/8/8/8/8/k7/8/1K6 w - - 0 1", BITBASE_NOT_FOUND, 0},
                 {"7B/8/8/8/8/k7/8/1K6 w - - 0 1", BITBASE_NOT_FOUND, 0},
-                {"7N/8/8/8/8/k7/8/1K6 w - - 0 1", BITBASE_NOT_FOUND, 0}});
+                {"7N/8/8/8/8/k7/8/1K6 w - - 0 1", BITBASE_NOT_FOUND, 0},
+                {"4k3/8/4K3/4P3/8/8/8/7Q w - - 0 1", BITBASE_NOT_FOUND, 0},
+                {"4k3/8/4K3/4P3/8/8/8/8 w - - 0 1", BITBASE_FOUND, 32687 + 4 * 4}});
 }
 
 TEST_F(HandlerTableTest, PawnAgainstPawnScoresFromTheSpecialFile) {

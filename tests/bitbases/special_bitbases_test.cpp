@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "bitbases/special_bitbases.h"
 #include "bitbases/bitbase_test_support.h"
 #include "chess/board.h"
@@ -115,6 +117,11 @@ TEST_F(SpecialBitbasesTest, FuzzFilesOfAWrongSizeAreRefusedWithAWarning) {
     EXPECT_EQ(rammed_pawn_data, nullptr);
   }
   EXPECT_THROW(LoadTwoPawnsBitbases(directory_.File("missing")), CouldNotOpenFileException);
+  std::filesystem::remove(directory_.File(TWO_PAWNS_FILE_NAME));
+  std::filesystem::create_directory(directory_.File(TWO_PAWNS_FILE_NAME));
+  LogRecorder log;
+  LoadBitbases(directory_.Path());
+  EXPECT_EQ(two_pawns_data, nullptr);
 }
 
 TEST_F(SpecialBitbasesTest, AFailedReloadKeepsTheFormerMapping) {
