@@ -71,8 +71,16 @@ bool ArrayContainerIsValid(Reader& in, std::uint32_t cardinality) {
 bool BitsetContainerIsValid(Reader& in, std::uint32_t cardinality) {
   if (in.Left() < BITSET_BYTES) return false;
   std::uint32_t count = 0;
-  for (std::size_t i = 0; i < BITSET_BYTES; ++i) count += std::uint32_t(std::popcount(in.Here()[i]));
+  for (std::size_t i = 0; i < BITSET_BYTES; ++i)
+    count += std::uint32_t(std::popcount(in.Here()[i]));
   return in.Skip(BITSET_BYTES) && count == cardinality;
+}
+
+// The type follows from the flag and the count, as the reader decides it.
+bool ContainerIsValid(Reader& in, bool is_run, std::uint32_t cardinality) {
+  if (is_run) return RunContainerIsValid(in, cardinality);
+  if (cardinality <= MAX_ARRAY_CARDINALITY) return ArrayContainerIsValid(in, cardinality);
+  return BitsetContainerIsValid(in, cardinality);
 }
 
 }  // namespace
@@ -107,11 +115,7 @@ bool IsWellFormedBitmapStream(const std::uint8_t* bytes, std::size_t size) {
   if ((!with_runs || containers >= NO_OFFSET_THRESHOLD) && !in.Skip(std::size_t(containers) * 4))
     return false;
   for (std::uint32_t i = 0; i < containers; ++i) {
-    const std::uint32_t cardinality = cardinalities[i];
-    const bool valid = is_run[i]                                ? RunContainerIsValid(in, cardinality)
-                       : cardinality <= MAX_ARRAY_CARDINALITY ? ArrayContainerIsValid(in, cardinality)
-                                                              : BitsetContainerIsValid(in, cardinality);
-    if (!valid) return false;
+    if (!ContainerIsValid(in, is_run[i], cardinalities[i])) return false;
   }
   return true;
 }

@@ -54,8 +54,7 @@ int KingAgainstKingAndPawn(void*, const Board& board, const PositionList& list, 
 }
 
 // List: P p K k.
-int KingAndPawnAgainstKingAndPawn(void*, const Board& board, const PositionList& list,
-                                  int* score) {
+int KingAndPawnAgainstKingAndPawn(void*, const Board& board, const PositionList& list, int* score) {
   const int white_pawn = list.squares[0], black_pawn = list.squares[1];
   const int entry = ProbeTwoPawns(int(board.side_on_move), list.squares[2], list.squares[3],
                                   white_pawn, black_pawn);

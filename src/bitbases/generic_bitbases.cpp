@@ -1,5 +1,7 @@
 #include "bitbases/generic_bitbases.h"
 
+#include <span>
+
 #include "chess/board.h"
 #include "shell/os_dependent.h"
 
@@ -15,8 +17,32 @@ constexpr char NAME_ORDER[] = "qrbnp";
 constexpr int NAME_TYPES[] = {QUEEN, ROOK, BISHOP, KNIGHT, PAWN};
 constexpr int RANK_FLIP = 56;
 
+constexpr int WHITE_PIECES[] = {CounterIndex(WHITE, KNIGHT), CounterIndex(WHITE, BISHOP),
+                                CounterIndex(WHITE, ROOK), CounterIndex(WHITE, QUEEN)};
+constexpr int BLACK_PIECES[] = {CounterIndex(BLACK, KNIGHT), CounterIndex(BLACK, BISHOP),
+                                CounterIndex(BLACK, ROOK), CounterIndex(BLACK, QUEEN)};
+
+// Every way to hand out `left` pieces to the counters in order, each taking from all that is left
+// down to none; with `exact`, the last counter takes what remains. `visit` gets what is left over.
+template <typename Visit>
+void Distribute(PieceCounters& counters, std::span<const int> slots, int left, bool exact,
+                const Visit& visit) {
+  if (slots.empty()) {
+    visit(left);
+  } else if (exact && slots.size() == 1) {
+    counters[std::size_t(slots[0])] = left;
+    visit(0);
+  } else {
+    for (int n = left; n >= 0; --n) {
+      counters[std::size_t(slots[0])] = n;
+      Distribute(counters, slots.subspan(1), left - n, exact, visit);
+    }
+  }
+}
+
 void Append(PositionList& list, Bitboard squares, int flip) {
-  for (; squares; squares &= squares - 1) list.squares[list.count++] = FindLowestBit(squares) ^ flip;
+  for (; squares; squares &= squares - 1)
+    list.squares[list.count++] = FindLowestBit(squares) ^ flip;
 }
 
 Bitboard OfType(const PieceSet& set, int type) {
@@ -31,7 +57,8 @@ Bitboard OfType(const PieceSet& set, int type) {
 
 int Weight(const PieceCounters& counters, int colour) {
   int weight = 0;
-  for (int i = 0; i < SIDE_COUNTERS; ++i) weight += WEIGHT[i] * counters[colour * SIDE_COUNTERS + i];
+  for (int i = 0; i < SIDE_COUNTERS; ++i)
+    weight += WEIGHT[i] * counters[colour * SIDE_COUNTERS + i];
   return weight;
 }
 
@@ -146,32 +173,16 @@ bool GenericBitbaseExists(const PieceCounters& counters, std::string& name_out,
 int EnumerateEndgames(int pieces, int pawns, std::vector<PieceCounters>& out) {
   const int others = pieces - 2 - pawns;
   if (others < 0 || pawns < 0) return 0;
-  int added = 0;
-  PieceCounters c{};
-  const auto at = [&c](int colour, int type) -> int& { return c[CounterIndex(colour, type)]; };
-  for (at(WHITE, PAWN) = pawns; at(WHITE, PAWN) >= 0; --at(WHITE, PAWN)) {
-    at(BLACK, PAWN) = pawns - at(WHITE, PAWN);
-    int left = others;
-    for (at(WHITE, KNIGHT) = left; at(WHITE, KNIGHT) >= 0; --at(WHITE, KNIGHT))
-      for (at(WHITE, BISHOP) = left - at(WHITE, KNIGHT); at(WHITE, BISHOP) >= 0; --at(WHITE, BISHOP))
-        for (at(WHITE, ROOK) = left - at(WHITE, KNIGHT) - at(WHITE, BISHOP); at(WHITE, ROOK) >= 0;
-             --at(WHITE, ROOK))
-          for (at(WHITE, QUEEN) = left - at(WHITE, KNIGHT) - at(WHITE, BISHOP) - at(WHITE, ROOK);
-               at(WHITE, QUEEN) >= 0; --at(WHITE, QUEEN)) {
-            const int black = left - at(WHITE, KNIGHT) - at(WHITE, BISHOP) - at(WHITE, ROOK) -
-                              at(WHITE, QUEEN);
-            for (at(BLACK, KNIGHT) = black; at(BLACK, KNIGHT) >= 0; --at(BLACK, KNIGHT))
-              for (at(BLACK, BISHOP) = black - at(BLACK, KNIGHT); at(BLACK, BISHOP) >= 0;
-                   --at(BLACK, BISHOP))
-                for (at(BLACK, ROOK) = black - at(BLACK, KNIGHT) - at(BLACK, BISHOP);
-                     at(BLACK, ROOK) >= 0; --at(BLACK, ROOK)) {
-                  at(BLACK, QUEEN) = black - at(BLACK, KNIGHT) - at(BLACK, BISHOP) - at(BLACK, ROOK);
-                  out.push_back(c);
-                  ++added;
-                }
-          }
+  const std::size_t before = out.size();
+  PieceCounters counters{};
+  for (int white_pawns = pawns; white_pawns >= 0; --white_pawns) {
+    counters[CounterIndex(WHITE, PAWN)] = white_pawns;
+    counters[CounterIndex(BLACK, PAWN)] = pawns - white_pawns;
+    Distribute(counters, WHITE_PIECES, others, false, [&](int black_pieces) {
+      Distribute(counters, BLACK_PIECES, black_pieces, true, [&](int) { out.push_back(counters); });
+    });
   }
-  return added;
+  return int(out.size() - before);
 }
 
 int EnumerateEndgames(int pieces, std::vector<PieceCounters>& out) {

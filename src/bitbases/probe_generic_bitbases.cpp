@@ -57,13 +57,15 @@ Word ReservedMarker() { return Address(reserved_marker); }
 int SlotOf(MaterialSignature signature) { return int(signature % HANDLER_TABLE_MODULUS); }
 
 bool PairIsFree(int pair) {
-  return data.handler_info_ptr_array[2 * pair] == 0 && data.handler_info_ptr_array[2 * pair + 1] == 0;
+  return data.handler_info_ptr_array[2 * pair] == 0 &&
+         data.handler_info_ptr_array[2 * pair + 1] == 0;
 }
 
 Word* PoolRecord() {
   if (data.pool_records_used % POOL_BLOCK_RECORDS == 0)
     data.overflow_pool.push_back(std::make_unique<std::array<Word, 2 * POOL_BLOCK_RECORDS>>());
-  Word* record = data.overflow_pool.back()->data() + 2 * (data.pool_records_used % POOL_BLOCK_RECORDS);
+  Word* record =
+      data.overflow_pool.back()->data() + 2 * (data.pool_records_used % POOL_BLOCK_RECORDS);
   ++data.pool_records_used;
   record[0] = record[1] = 0;
   return record;
@@ -247,13 +249,14 @@ void BuildHandlerTable(const std::vector<PieceCounters>& endgames, std::size_t m
     const auto loader = loaders.find(signature);
     if (loader == loaders.end() || loader->second == nullptr) continue;
     const int slot = SlotOf(signature);
+    if (data.handler_info_ptr_array[slot] != ReservedMarker()) continue;  // named twice
     Word* record = FindFreeRecord(slot / 2);
     data.handler_info_ptr_array[slot] = Address(record);
 
     // 0 would mean no limit to the array: a spent budget still leaves a limit of one byte.
+    const std::size_t spent = std::min(memory_limit, data.total_memory);
     const std::size_t memory_left =
-        memory_limit == 0 ? 0
-                          : std::max<std::size_t>(1, memory_limit - std::min(memory_limit, data.total_memory));
+        memory_limit == 0 ? 0 : std::max<std::size_t>(1, memory_limit - spent);
     LoadResult result = LoadOne(loader->second, counters, memory_left, directory);
     record[0] = reinterpret_cast<Word>(result.handler);
     record[1] = reinterpret_cast<Word>(result.data);

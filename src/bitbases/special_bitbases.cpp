@@ -151,7 +151,8 @@ void LoadBitbases(const std::string& directory) {
                   "- two pawns bitbases found\n", "Warning: Failed to open two pawns bitbases.\n",
                   "- two pawns bitbases not found ('", "')\n");
   LoadSpecialFile(directory, RAMMED_PAWN_FILE_NAME, LoadRammedPawnBitbases,
-                  "- rammed pawn bitbases found\n", "Warning: Failed to open rammed pawn bitbases\n",
+                  "- rammed pawn bitbases found\n",
+                  "Warning: Failed to open rammed pawn bitbases\n",
                   "- rammed pawn bitbases not found ('", "').\n");
   LoadGenericBitbases(directory);
 }

@@ -44,8 +44,7 @@ extern const std::uint8_t* two_pawns_data;
 extern const std::uint8_t* rammed_pawn_data;
 
 // The raw entry of kp_kp.bbb, relative to the side on move: 0 draw, 1 loses, 3 wins.
-int ProbeTwoPawns(int side_on_move, int white_king, int black_king, int white_pawn,
-                  int black_pawn);
+int ProbeTwoPawns(int side_on_move, int white_king, int black_king, int white_pawn, int black_pawn);
 
 // A score relative to the side on move, 0 for a draw or no entry; also 0 when the file is not
 // loaded or the board holds no ram of two pawns against one.

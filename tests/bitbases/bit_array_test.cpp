@@ -1,8 +1,9 @@
+#include "bitbases/bit_array.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "bitbases/bit_array.h"
 #include "bitbases/bitbase_test_support.h"
 #include "support/temp_directory.h"
 
@@ -28,7 +29,8 @@ BitArray SampleArray() {
 
 void ExpectSameEntries(const BitArray& a, const BitArray& b) {
   int differences = 0;
-  for (std::uint32_t index = 0; index < BITS; index += 2) differences += a.Get2(index) != b.Get2(index);
+  for (std::uint32_t index = 0; index < BITS; index += 2)
+    differences += a.Get2(index) != b.Get2(index);
   EXPECT_EQ(differences, 0);
 }
 
@@ -98,7 +100,8 @@ TEST(BitArray, FailuresAreIOExceptionsWithTheirTexts) {
     BitArray(directory.File("missing"), BITS, 0);
     FAIL() << "a missing file loaded";
   } catch (const BitArray_IOException& error) {
-    EXPECT_EQ(error.Text(), "Error: Failed to map file '" + directory.File("missing") + "' to memory!");
+    EXPECT_EQ(error.Text(),
+              "Error: Failed to map file '" + directory.File("missing") + "' to memory!");
   }
   WriteBytes(directory.File("empty"), {});
   EXPECT_THROW(BitArray(directory.File("empty"), BITS, 0), BitArray_IOException);

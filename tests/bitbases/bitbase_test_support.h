@@ -36,8 +36,7 @@ class LogRecorder {
 inline int MappingsOf(const std::string& path) {
   std::ifstream maps("/proc/self/maps");
   int count = 0;
-  for (std::string line; std::getline(maps, line);)
-    count += line.find(path) != std::string::npos;
+  for (std::string line; std::getline(maps, line);) count += line.find(path) != std::string::npos;
   return count;
 }
 

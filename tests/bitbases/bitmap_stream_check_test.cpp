@@ -1,8 +1,8 @@
+#include "bitbases/bitmap_stream_check.h"
+
 #include <gtest/gtest.h>
 
 #include <roaring/roaring.hh>
-
-#include "bitbases/bitmap_stream_check.h"
 
 using BraskBitbases::IsWellFormedBitmapStream;
 
@@ -19,7 +19,7 @@ void Put16(Bytes& bytes, std::uint32_t value) {
 Bytes RunStream(std::uint32_t key_cardinality, std::initializer_list<std::pair<int, int>> runs) {
   Bytes bytes;
   Put16(bytes, 12347);
-  Put16(bytes, 0);  // one container
+  Put16(bytes, 0);     // one container
   bytes.push_back(1);  // it holds runs
   Put16(bytes, 0);
   Put16(bytes, key_cardinality - 1);

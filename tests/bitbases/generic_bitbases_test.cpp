@@ -1,10 +1,11 @@
+#include "bitbases/generic_bitbases.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
 #include <set>
 
 #include "bitbases/generic_bitbase_index.h"
-#include "bitbases/generic_bitbases.h"
 #include "support/board_from_fen.h"
 
 using namespace BraskBitbases;
@@ -18,7 +19,8 @@ PieceCounters Material(const std::string& name) {
   for (char c : name) {
     if (c == '_') colour = BLACK;
     const std::string letters = "pnbrq";
-    if (letters.find(c) != std::string::npos) ++counters[CounterIndex(colour, int(letters.find(c)) + 1)];
+    if (letters.find(c) != std::string::npos)
+      ++counters[CounterIndex(colour, int(letters.find(c)) + 1)];
   }
   return counters;
 }
@@ -30,8 +32,12 @@ TEST(GenericBitbaseNames, SignaturesNamesAndCountersAgree) {
     const char* name;
     MaterialSignature signature;
   };
-  const Case cases[] = {{"k_k", 0},         {"kp_k", 0x1},    {"k_kp", 0x8000},
-                        {"kp_kp", 0x8001},  {"kq_k", 0x1000}, {"kbn_k", 0x48},
+  const Case cases[] = {{"k_k", 0},
+                        {"kp_k", 0x1},
+                        {"k_kp", 0x8000},
+                        {"kp_kp", 0x8001},
+                        {"kq_k", 0x1000},
+                        {"kbn_k", 0x48},
                         {"kqq_kr", 0x1000000 | 0x2000}};
   for (const Case& c : cases) {
     EXPECT_EQ(Signature(Material(c.name)), c.signature) << c.name;
@@ -49,9 +55,9 @@ TEST(GenericBitbaseNames, StrongerSideIsStoredAsWhite) {
     bool mirrored;
   };
   const Case cases[] = {
-      {"kq_kr", false},  {"kr_kq", true},    {"kb_kn", false},   {"kn_kb", true},
-      {"kp_kp", false},  {"k_k", false},     {"k_kp", true},     {"kpp_kp", false},
-      {"kr_kbpp", false}, {"kbpp_kr", true},  // equal weights: the rook ranks above the bishop
+      {"kq_kr", false},     {"kr_kq", true},     {"kb_kn", false}, {"kn_kb", true},
+      {"kp_kp", false},     {"k_k", false},      {"k_kp", true},   {"kpp_kp", false},
+      {"kr_kbpp", false},   {"kbpp_kr", true},  // equal weights: the rook ranks above the bishop
       {"krr_krbpp", false}, {"krbpp_krr", true},
   };
   for (const Case& c : cases) {
@@ -67,7 +73,7 @@ TEST(GenericBitbaseNames, EnumerationCoversEveryMaterialOnce) {
     int pieces, pawns, count;
   };
   // Counts of multisets of the non-king pieces over ten kinds, split by pawns.
-  const Case cases[] = {{2, 0, 1}, {3, 0, 8}, {3, 1, 2}, {4, 0, 36}, {4, 1, 16},
+  const Case cases[] = {{2, 0, 1}, {3, 0, 8},   {3, 1, 2},  {4, 0, 36}, {4, 1, 16},
                         {4, 2, 3}, {5, 0, 120}, {5, 1, 72}, {5, 2, 24}, {5, 3, 4}};
   for (const Case& c : cases) {
     std::vector<PieceCounters> out;
@@ -78,7 +84,8 @@ TEST(GenericBitbaseNames, EnumerationCoversEveryMaterialOnce) {
     }
   }
   std::set<MaterialSignature> signatures;
-  for (const PieceCounters& counters : EnumerateEndgamesUpTo(5)) signatures.insert(Signature(counters));
+  for (const PieceCounters& counters : EnumerateEndgamesUpTo(5))
+    signatures.insert(Signature(counters));
   EXPECT_EQ(signatures.size(), 286u);
   EXPECT_EQ(EnumerateEndgamesUpTo(4).front(), PieceCounters{});  // bare kings lead
 }

@@ -1,3 +1,5 @@
+#include "bitbases/probe_generic_bitbases.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -5,7 +7,6 @@
 #include "bitbases/bit_array.h"
 #include "bitbases/bitbase_test_support.h"
 #include "bitbases/generic_bitbase_index.h"
-#include "bitbases/probe_generic_bitbases.h"
 #include "support/board_from_fen.h"
 
 using namespace BraskBitbases;

@@ -1,8 +1,9 @@
+#include "bitbases/special_bitbases.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "bitbases/special_bitbases.h"
 #include "bitbases/bitbase_test_support.h"
 #include "chess/board.h"
 #include "support/board_from_fen.h"
@@ -38,7 +39,8 @@ class SpecialBitbasesTest : public BitbaseTest {
   }
   void WriteRammedPawnFile(std::size_t size) {
     std::vector<std::uint8_t> bytes(size, 0);
-    if (size == RAMMED_PAWN_FILE_SIZE) bytes[RAM_OFFSET] = RAM_WIN_WITH_A_ON_MOVE | RAM_D_WINS_WITH_D_ON_MOVE;
+    if (size == RAMMED_PAWN_FILE_SIZE)
+      bytes[RAM_OFFSET] = RAM_WIN_WITH_A_ON_MOVE | RAM_D_WINS_WITH_D_ON_MOVE;
     WriteBytes(directory_.File(RAMMED_PAWN_FILE_NAME), bytes);
   }
 
@@ -71,11 +73,11 @@ TEST_F(SpecialBitbasesTest, RammedPawnScoresForBothOwnersOfTheTwoPawns) {
   const Case cases[] = {
       {"7k/8/8/2p5/2P5/8/P7/4K3 w - - 0 1", 32671},
       {"7k/8/8/2p5/2P5/8/P7/4K3 b - - 0 1", 32617},
-      {"4k3/p7/8/2p5/2P5/8/8/7K b - - 0 1", 32671},   // colours exchanged
+      {"4k3/p7/8/2p5/2P5/8/8/7K b - - 0 1", 32671},  // colours exchanged
       {"4k3/p7/8/2p5/2P5/8/8/7K w - - 0 1", 32617},
-      {"k7/8/8/5p2/5P2/8/7P/3K4 w - - 0 1", 32671},   // mirrored by file
-      {"7k/8/8/2p5/2P5/8/1P6/4K3 w - - 0 1", 0},      // another pawn, another entry
-      {"7k/8/8/2p5/8/2P5/P7/4K3 w - - 0 1", 0},       // no ram
+      {"k7/8/8/5p2/5P2/8/7P/3K4 w - - 0 1", 32671},  // mirrored by file
+      {"7k/8/8/2p5/2P5/8/1P6/4K3 w - - 0 1", 0},     // another pawn, another entry
+      {"7k/8/8/2p5/8/2P5/P7/4K3 w - - 0 1", 0},      // no ram
   };
   for (const Case& c : cases) EXPECT_EQ(ProbeRammedPawn(BoardFromFen(c.fen)), c.score) << c.fen;
 }
@@ -91,7 +93,8 @@ TEST_F(SpecialBitbasesTest, LoadingReportsToTheLogAlone) {
   LoadBitbases(directory_.Path());
   EXPECT_EQ(terminal.Text(), "");
   const std::string text = log.Text();
-  EXPECT_NE(text.find("Loading bitbases (executables directory='" + directory_.Path() + "'):\n"
+  EXPECT_NE(text.find("Loading bitbases (executables directory='" + directory_.Path() +
+                      "'):\n"
                       "- two pawns bitbases found\n"
                       "- rammed pawn bitbases not found ('" +
                       directory_.File(RAMMED_PAWN_FILE_NAME) + "').\n"),
@@ -111,7 +114,8 @@ TEST_F(SpecialBitbasesTest, FuzzFilesOfAWrongSizeAreRefusedWithAWarning) {
     LogRecorder log;
     LoadBitbases(directory_.Path());
     const std::string text = log.Text();
-    EXPECT_NE(text.find("Warning: Failed to open two pawns bitbases.\n"), std::string::npos) << size;
+    EXPECT_NE(text.find("Warning: Failed to open two pawns bitbases.\n"), std::string::npos)
+        << size;
     EXPECT_NE(text.find("Warning: Failed to open rammed pawn bitbases\n"), std::string::npos);
     EXPECT_EQ(two_pawns_data, nullptr);
     EXPECT_EQ(rammed_pawn_data, nullptr);

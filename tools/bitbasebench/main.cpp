@@ -3,6 +3,8 @@
 // with a synthetic content into a temporary directory). Warm: a few positions probed over and
 // over, all in cache. Cold: positions drawn at random over the whole table, with a sweep through
 // a large buffer between rounds so that no probe finds its line in cache.
+#include <unistd.h>
+
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -10,8 +12,6 @@
 #include <random>
 #include <string>
 #include <vector>
-
-#include <unistd.h>
 
 #include "bitbases/bit_array.h"
 #include "bitbases/generic_bitbase_index.h"
@@ -28,7 +28,8 @@ constexpr std::size_t CACHE_FLUSH_BYTES = 64 << 20;
 
 // Random legal placements of the given white and black pieces, kings apart, side not in check
 // of the other side's move.
-std::vector<Board> RandomBoards(const std::vector<int>& pieces, int count, std::mt19937_64& random) {
+std::vector<Board> RandomBoards(const std::vector<int>& pieces, int count,
+                                std::mt19937_64& random) {
   std::vector<Board> boards;
   boards.reserve(std::size_t(count));
   while (int(boards.size()) < count) {
@@ -86,14 +87,15 @@ void WriteSyntheticBitbase(const std::string& path) {
   array.Save(path);
 }
 
-void Report(const char* name, const std::vector<int>& pieces, long probes, std::mt19937_64& random) {
+void Report(const char* name, const std::vector<int>& pieces, long probes,
+            std::mt19937_64& random) {
   for (bool cold : {false, true}) {
     const std::vector<Board> boards =
         RandomBoards(pieces, cold ? COLD_POSITIONS : WARM_POSITIONS, random);
     long found = 0;
     const double rate = Measure(boards, probes, cold, &found);
-    std::cout << name << (cold ? " cold: " : " warm: ") << long(rate) << " probes/s ("
-              << found << " answered)\n";
+    std::cout << name << (cold ? " cold: " : " warm: ") << long(rate) << " probes/s (" << found
+              << " answered)\n";
   }
 }
 

@@ -34,7 +34,8 @@ Bitboard SliderAttacks(int type, int square, Bitboard blockers) {
 }  // namespace
 
 bool PromotionWins(int promotion_square, int king, int bare_king) {
-  const bool capturable = Adjacent(bare_king, promotion_square) && !Adjacent(king, promotion_square);
+  const bool capturable =
+      Adjacent(bare_king, promotion_square) && !Adjacent(king, promotion_square);
   if (capturable) return false;
   for (int type : {QUEEN, ROOK}) {
     const Bitboard attacked = SliderAttacks(type, promotion_square, SquareBit(king)) |
