@@ -170,6 +170,11 @@ bool GenericBitbaseExists(const PieceCounters& counters, std::string& name_out,
   return FileExists(path_out);
 }
 
+bool GenericBitbaseExists(const PieceCounters& counters, std::string& name_out,
+                          std::string& path_out) {
+  return GenericBitbaseExists(counters, name_out, path_out, ExecutableDirectory());
+}
+
 int EnumerateEndgames(int pieces, int pawns, std::vector<PieceCounters>& out) {
   const int others = pieces - 2 - pawns;
   if (others < 0 || pawns < 0) return 0;

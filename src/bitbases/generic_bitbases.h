@@ -58,6 +58,9 @@ void BuildList(const Board& board, PositionList& list, bool colours_swapped);
 // Name and full path of the material's file in directory, and whether it is there.
 bool GenericBitbaseExists(const PieceCounters& counters, std::string& name_out,
                           std::string& path_out, const std::string& directory);
+// The same in the executable's directory.
+bool GenericBitbaseExists(const PieceCounters& counters, std::string& name_out,
+                          std::string& path_out);
 
 // Every material of exactly that many pieces (kings included) and pawns, mirrored ones too.
 int EnumerateEndgames(int pieces, int pawns, std::vector<PieceCounters>& out);

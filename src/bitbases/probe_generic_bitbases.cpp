@@ -15,6 +15,7 @@
 #include "chess/board.h"
 #include "chess/memory_size.h"
 #include "shell/checked_assert.h"
+#include "shell/os_dependent.h"
 #include "shell/tee_stream.h"
 
 namespace BraskBitbases {
@@ -277,6 +278,8 @@ void BuildHandlerTable(const std::vector<PieceCounters>& endgames, std::size_t m
   ResolveMirrors(pending);
   RemoveMarkers();
 }
+
+void LoadGenericBitbases() { LoadGenericBitbases(ExecutableDirectory()); }
 
 void LoadGenericBitbases(const std::string& directory) {
   {

@@ -43,8 +43,9 @@ void BuildHandlerTable(const std::vector<PieceCounters>& endgames, std::size_t m
 void ClearHandlerTable();
 std::size_t GetTotalMemoryUsage();
 
-// The default endgames from `directory`, messages to the log alone.
+// The default endgames from `directory` (the executable's without one), messages to the log alone.
 void LoadGenericBitbases(const std::string& directory);
+void LoadGenericBitbases();
 
 // The handlers that need no generic file, for exact materials.
 namespace FixedHandlers {

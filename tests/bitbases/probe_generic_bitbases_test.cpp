@@ -190,10 +190,3 @@ TEST_F(HandlerTableTest, PawnAgainstPawnScoresFromTheSpecialFile) {
     EXPECT_EQ(score, c.score) << c.fen;
   }
 }
-
-TEST(BitbaseProbeText, ResultsAsTheProbeCommandShowsThem) {
-  EXPECT_EQ(DescribeProbe(BITBASE_FOUND, -32267), "result=-32267");
-  EXPECT_EQ(DescribeProbe(BITBASE_FOUND, 0), "result=0");
-  EXPECT_EQ(DescribeProbe(BITBASE_NOT_FOUND, 0), "not found");
-  EXPECT_EQ(DescribeProbe(BITBASE_DISABLED, 0), "disabled");
-}
