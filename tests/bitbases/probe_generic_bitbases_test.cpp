@@ -22,6 +22,9 @@ constexpr std::uint32_t KRK_BLACK_ON_MOVE = KRK_WHITE_ON_MOVE + 2;
 // kq_kr: white king b1, black king a3, black rook c3, white queen h8, White on move.
 constexpr std::uint32_t KQKR_WHITE_ON_MOVE = ((1 * 64 + 16) * 64 + 18) * 256 + (0 + 2 * 63) * 2;
 
+// kn_kp: black pawn b5, white king a1, black king h8, white knight d4, White on move.
+constexpr std::uint32_t KNKP_WHITE_ON_MOVE = ((13 * 64 + 0) * 64 + 63) * 256 + (0 + 2 * 27) * 2;
+
 struct ProbeCase {
   const char* fen;
   int result;
@@ -102,6 +105,17 @@ TEST_F(HandlerTableTest, MirroredMaterialReadsTheStoredOne) {
       {"7Q/8/8/8/8/k1r5/8/1K6 w - - 0 1", BITBASE_FOUND, WIN},
       {"1k6/8/K1R5/8/8/8/8/7q b - - 0 1", BITBASE_FOUND, WIN},
       {"1k6/8/K1R5/8/8/8/8/7q w - - 0 1", BITBASE_FOUND, 0},
+  });
+}
+
+TEST_F(HandlerTableTest, MirroredPawnEndingReadsTheStoredOne) {
+  Save("kn_kp", 4, 1, {{KNKP_WHITE_ON_MOVE, 3}});
+  Build();
+  ExpectProbes({
+      {"7k/8/8/1p6/3N4/8/8/K7 w - - 0 1", BITBASE_FOUND, WIN},
+      {"k7/8/8/3n4/1P6/8/8/7K b - - 0 1", BITBASE_FOUND, WIN},   // colours exchanged
+      {"7k/8/8/4n3/6P1/8/8/K7 b - - 0 1", BITBASE_FOUND, WIN},   // and mirrored by file
+      {"k7/8/8/3n4/1P6/8/8/7K w - - 0 1", BITBASE_FOUND, 0},
   });
 }
 
