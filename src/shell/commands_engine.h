@@ -31,9 +31,6 @@ class Command_DisplayPersonality : public Command {
   void Execute(GameState& game) override;
 };
 
-// The most pieces, kings included, of a generic bitbase.
-constexpr int GENERIC_BITBASE_MAX_PIECES = 5;
-
 // Commands whose machinery the engine does not have yet: they check what they can and refuse.
 class Command_Unavailable : public Command {
  public:
