@@ -39,6 +39,27 @@ constexpr Bitboard FilesOf(Bitboard set) {
   return set;
 }
 
+// Every square behind the squares of `set`, seen from the colour: the rank of a square itself is
+// not included.
+constexpr Bitboard FillBehind(int colour, Bitboard set) {
+  Bitboard fill = Backward(colour, set);
+  if (colour == WHITE) {
+    fill |= fill >> 8;
+    fill |= fill >> 16;
+    fill |= fill >> 32;
+  } else {
+    fill |= fill << 8;
+    fill |= fill << 16;
+    fill |= fill << 32;
+  }
+  return fill;
+}
+
+// `set` with the squares beside each of its squares on the rank.
+constexpr Bitboard WithNeighbours(Bitboard set) {
+  return set | ((set & ~FILE_A) >> 1) | ((set & ~FILE_H) << 1);
+}
+
 // The files beside those of `set`.
 constexpr Bitboard NeighbourFilesOf(Bitboard set) {
   const Bitboard files = FilesOf(set);

@@ -32,11 +32,28 @@ void PrepareAttacks(PawnBlock& block, int colour, Bitboard own) {
   block.defended = own & block.pawn_attacks;
 }
 
+// One byte per file, each 1 where the byte of a rank has its bit: the counts of all ranks add up
+// without carries, since a file holds at most eight pawns.
+struct RankSpreadTable {
+  std::uint64_t files[256];
+};
+
+constexpr RankSpreadTable MakeRankSpread() {
+  RankSpreadTable table{};
+  for (int rank_bits = 0; rank_bits < 256; ++rank_bits)
+    for (int file = 0; file < 8; ++file)
+      if (rank_bits & (1 << file)) table.files[rank_bits] |= std::uint64_t{1} << (8 * file);
+  return table;
+}
+
+constexpr RankSpreadTable RankSpread = MakeRankSpread();
+
 void PrepareFiles(PawnBlock& block, Bitboard own) {
+  std::uint64_t counts = 0;
+  for (int rank = 0; rank < 8; ++rank) counts += RankSpread.files[(own >> (8 * rank)) & 0xFF];
   for (int file = 0; file < 8; ++file) {
-    const Bitboard on_file = own & FileMask(file);
-    block.file_count[file] = std::uint16_t(PopCount(on_file));
-    if (block.file_count[file] >= 2) block.doubled |= on_file;
+    block.file_count[file] = std::uint16_t((counts >> (8 * file)) & 0xFF);
+    if (block.file_count[file] >= 2) block.doubled |= own & FileMask(file);
   }
 }
 
@@ -69,16 +86,13 @@ void ListPawns(EvaluationState& evaluation, const Board& board) {
   ListPawnsOf(evaluation.pawns[BLACK], board.black.pawns);
 }
 
+// A pawn is passed when no enemy pawn stands ahead of it on its own file or a neighbouring one:
+// no pawn of the colour is passed on the squares behind the enemy pawns and their neighbours.
 void FindPassedPawns(EvaluationState& evaluation, const Board& board) {
   for (int colour = WHITE; colour <= BLACK; ++colour) {
     PawnBlock& block = evaluation.pawns[colour];
     const Bitboard enemy = board.Pieces(colour ^ 1).pawns;
-    for (Bitboard rest = board.Pieces(colour).pawns; rest != 0;) {
-      const int square = FindHighestBit(rest);
-      rest ^= SquareBit(square);
-      if ((BoardTables.PassedPawnMask[colour][square] & enemy) == 0)
-        block.passed |= SquareBit(square);
-    }
+    block.passed = board.Pieces(colour).pawns & ~FillBehind(colour, WithNeighbours(enemy));
     block.passed_count = std::uint16_t(PopCount(block.passed));
   }
 }

@@ -1,6 +1,7 @@
 #include "evaluation/pawn_structure.h"
 
 #include "evaluation/passed_pawns.h"
+#include "evaluation/pawn_geometry.h"
 #include "evaluation/pawn_entry_construction.h"
 #include "evaluation/pawn_hash_entry.h"
 #include "evaluation/pawn_majorities.h"
@@ -25,16 +26,12 @@ void PreparePawns(EvaluationState& evaluation, const Board& board, int position_
 void PrepareFileData(EvaluationState& evaluation, const Board& board) {
   if (evaluation.pawns[WHITE].pawn_count == 0 && evaluation.pawns[BLACK].pawn_count == 0)
     ListPawns(evaluation, board);
-  std::uint16_t without_any = 0;
   for (int colour = WHITE; colour <= BLACK; ++colour) {
-    const Bitboard own = board.Pieces(colour).pawns;
-    std::uint16_t without = 0;
-    for (int file = 0; file < 8; ++file)
-      if ((own & FileMask(file)) == 0) without |= std::uint16_t(1u << file);
+    const std::uint16_t without = std::uint16_t(~FilesOf(board.Pieces(colour).pawns) & RANK_1);
     evaluation.files_without_pawn[colour] = without;
     evaluation.files_without_pawn_count[colour] = std::uint16_t(PopCount(without));
-    without_any = colour == WHITE ? without : std::uint16_t(without_any & without);
   }
+  const Bitboard without_any = ~FilesOf(board.white.pawns | board.black.pawns) & RANK_1;
   evaluation.only_open_file = PopCount(without_any) == 1 ? FindHighestBit(without_any) : -1;
 }
 
