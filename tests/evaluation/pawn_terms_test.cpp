@@ -7,8 +7,10 @@
 
 #include "evaluation/passed_pawns.h"
 #include "evaluation/pawn_entry_construction.h"
+#include "evaluation/pawn_majorities.h"
 #include "evaluation/pawn_sets.h"
 #include "evaluation/pawn_structure.h"
+#include "evaluation/pawn_structure_terms.h"
 #include "evaluation/pawn_tables.h"
 #include "support/board_from_fen.h"
 
@@ -130,5 +132,62 @@ TEST(AdjacentPassers, AFileJoinsOnePairAtMost) {
     ForEachAdjacentPassers(block, [&](int a, int b) { found.emplace_back(a, b); });
     const std::vector<std::pair<int, int>> expected(c.pairs);
     EXPECT_EQ(found, expected);
+  }
+}
+
+namespace {
+
+struct DynamicCase {
+  const char* fen;
+  ScorePair (*term)(EvaluationState&, const Board&);
+  ScorePair expected;
+  ZoneUnits white_centre, black_centre;  // zone units of wing 2 after the term
+};
+
+}  // namespace
+
+TEST(PawnStructureTerm, TermsThatNeedThePieces) {
+  const DynamicCase cases[] = {
+      // Isolated d4 with a rook and a bishop, 8 piece points: (-18, -16). The dark bishop on e3
+      // defends d4: (0, -2), defence +2. The rook on d1: (+6, +6), defence +2.
+      {"6k1/8/8/8/3P4/4B3/8/3R2K1 w - - 0 1", IsolatedQueenPawnTerm, {-18 + 6, -16 - 2 + 6},
+       {0, 4}, {0, 0}},
+      // The rook behind the passed d4: (+5, +5); d5 is empty but d4 is only on rank 3.
+      {"6k1/8/8/8/3P4/4B3/8/3R2K1 w - - 0 1", PassedPawnPiecesTerm, {5, 5}, {0, 0}, {0, 0}},
+      // Knight on d3 before d2: (-18, -28), attack -6, defence -4; bishop on c3 before c2:
+      // (-8, -10), attack -2. Black's e7 behind its knight on e6 is the mirror image.
+      {"4k3/4p3/4n3/8/8/2BN4/2PP4/4K3 w - - 0 1", BlockedCentreTerm,
+       {-18 - 8 + 18, -28 - 10 + 28}, {-8, -4}, {-6, -4}},
+  };
+  for (const DynamicCase& c : cases) {
+    Prepared p(c.fen);
+    EXPECT_EQ(c.term(p.evaluation, p.board), c.expected) << c.fen;
+    EXPECT_EQ(p.evaluation.zone_units[WHITE][2].attack, c.white_centre.attack) << c.fen;
+    EXPECT_EQ(p.evaluation.zone_units[WHITE][2].defence, c.white_centre.defence) << c.fen;
+    EXPECT_EQ(p.evaluation.zone_units[BLACK][2].attack, c.black_centre.attack) << c.fen;
+    EXPECT_EQ(p.evaluation.zone_units[BLACK][2].defence, c.black_centre.defence) << c.fen;
+  }
+}
+
+TEST(PawnStructureTerm, AMajorityAgainstTheKing) {
+  const struct {
+    const char* fen;
+    ScorePair expected;
+    int trend, attack;
+  } cases[] = {
+      // Four against three on the queenside, Black's king on that side: (+5, +14).
+      {"2k5/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", {5, 14}, 20, 5},
+      // The same with the king on the other half: (+20, +7).
+      {"6k1/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", {20, 7}, 12, 2},
+  };
+  for (const auto& c : cases) {
+    Prepared p(c.fen);
+    const PawnMajority& queenside = p.evaluation.majority[0];
+    EXPECT_EQ(queenside.kind, WHITE_MAJORITY);
+    EXPECT_EQ(queenside.files, 4);
+    EXPECT_EQ(queenside.opposing_pawns, 3);
+    EXPECT_EQ(MajorityKingTerm(p.evaluation, p.board), c.expected) << c.fen;
+    EXPECT_EQ(p.evaluation.endgame_trend, c.trend);
+    EXPECT_EQ(p.evaluation.zone_units[WHITE][0].attack, c.attack);
   }
 }
