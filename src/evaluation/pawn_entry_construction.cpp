@@ -84,7 +84,8 @@ class PairSink {
 
   void AdjacentPassers(int colour, int file, int top, int gap) {
     const ScorePair value = AdjacentValue[top];
-    sheet.Add(colour, {AdjacentGap[gap] * value.positional / 8, AdjacentGap[gap] * value.reckless / 8});
+    sheet.Add(colour,
+              {AdjacentGap[gap] * value.positional / 8, AdjacentGap[gap] * value.reckless / 8});
     sheet.Attack(colour, PieceWing[file], 3);
     sheet.Defence(colour ^ 1, PieceWing[file], -5);
   }

@@ -11,7 +11,9 @@ constexpr int DoubledIsolatedByDistance[7] = {-48, -40, -42, -44, -44, -44, -44}
 // The values of the endings: one number for each term, no units.
 class EndingSink {
  public:
-  void Square(int colour, int square) { Add(colour, EndingPawnTable[RelativeSquare(colour, square)]); }
+  void Square(int colour, int square) {
+    Add(colour, EndingPawnTable[RelativeSquare(colour, square)]);
+  }
 
   void Backward(int colour, int, int d, bool low, bool) {
     if (low) {
@@ -33,7 +35,9 @@ class EndingSink {
     Add(colour, iso ? DoubledIsolatedByDistance[d] : -18);
   }
 
-  void Tripled(int colour, int, bool iso, int d) { Add(colour, (iso ? -85 : -65) - (d == 0 ? 5 : 0)); }
+  void Tripled(int colour, int, bool iso, int d) {
+    Add(colour, (iso ? -85 : -65) - (d == 0 ? 5 : 0));
+  }
 
   void DefendedPasser(int colour, int square) {
     Add(colour, EndingDefendedFile[File(square)] *

@@ -67,7 +67,9 @@ constexpr Bitboard NeighbourFilesOf(Bitboard set) {
 }
 
 // Square and rank as the colour sees them: its first rank is 0.
-constexpr int RelativeSquare(int colour, int square) { return colour == WHITE ? square : square ^ 56; }
+constexpr int RelativeSquare(int colour, int square) {
+  return colour == WHITE ? square : MirrorRanks(square);
+}
 constexpr int RelativeRank(int colour, int square) { return Rank(RelativeSquare(colour, square)); }
 
 // White's terms count for White, Black's against.

@@ -105,8 +105,13 @@ def test_optimize_piece_finds_the_best_square():
 def test_optimize_piece_keeps_to_the_squares_of_the_piece():
     # The light-squared bishop of f1 tries light squares only; a pawn only squares in front of
     # its start rank, never its first or last rank.
-    light = lambda file, rank: (file + rank - 1) % 2 == 1  # a1 is dark; ranks count from 1
-    for square, allowed in (("f1", light), ("e2", lambda file, rank: (file, rank) == (4, 2) or 3 <= rank <= 7)):
+    def light(file, rank):  # a1 is dark; ranks count from 1
+        return (file + rank - 1) % 2 == 1
+
+    def pawn_walk(file, rank):
+        return (file, rank) == (4, 2) or 3 <= rank <= 7
+
+    for square, allowed in (("f1", light), ("e2", pawn_walk)):
         result = optimize(ROOK_UP, square)
         for found, _ in NEW_BEST.findall(result.stdout):
             file, rank = ord(found[0]) - ord("a"), int(found[1])
