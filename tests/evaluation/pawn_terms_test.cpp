@@ -191,3 +191,23 @@ TEST(PawnStructureTerm, AMajorityAgainstTheKing) {
     EXPECT_EQ(p.evaluation.zone_units[WHITE][0].attack, c.attack);
   }
 }
+
+TEST(PrepareFileData, FilesWithoutPawnsAndTheOnlyOpenFile) {
+  const struct {
+    const char* fen;
+    std::uint16_t white, black;
+    int only_open_file;
+  } cases[] = {
+      {"4k3/pp3ppp/8/8/8/8/PPP2PPP/4K3 w - - 0 1", 0x18, 0x1C, -1},  // d and e both open
+      {"4k3/pp2pppp/8/8/8/8/PPP1PPPP/4K3 w - - 0 1", 0x08, 0x0C, 3},  // the d-file alone
+      {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", 0xFF, 0xFF, -1},
+  };
+  for (const auto& c : cases) {
+    Prepared p(c.fen);
+    EXPECT_EQ(p.evaluation.files_without_pawn[WHITE], c.white) << c.fen;
+    EXPECT_EQ(p.evaluation.files_without_pawn[BLACK], c.black) << c.fen;
+    EXPECT_EQ(p.evaluation.files_without_pawn_count[WHITE], PopCount(c.white)) << c.fen;
+    EXPECT_EQ(p.evaluation.files_without_pawn_count[BLACK], PopCount(c.black)) << c.fen;
+    EXPECT_EQ(p.evaluation.only_open_file, c.only_open_file) << c.fen;
+  }
+}
