@@ -64,9 +64,9 @@ Bitboard SafeAdvance(int colour, Bitboard own, Bitboard barrier) {
   return reached;
 }
 
-// A pawn is backward when the square it must step to can never be covered by a pawn of its own
-// and the square beyond is held by the enemy; from its start rank the double step does not help
-// when it would have to pass such a square.
+// A pawn is backward when no pawn of its own can ever come to cover its square and the enemy
+// holds the square in front of it. From its start rank the double step does not help when the
+// square it would pass is such a square.
 void FindBackward(PawnBlock& block, int colour, Bitboard own, Bitboard all_pawns,
                   Bitboard enemy_controlled, Bitboard occupied) {
   const Bitboard weak_stop =
