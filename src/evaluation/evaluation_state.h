@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "chess/basic.h"
+#include "evaluation/pawn_majority.h"
 #include "evaluation/score_pair.h"
-#include "search/hash_pawn.h"
 
 struct EvaluationSettings {
   std::int16_t draw_value = 0;   // contempt, from White's view

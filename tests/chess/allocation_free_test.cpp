@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/allocation_counter.h"
 #include "support/perft.h"
 #include "support/test_positions.h"
 
@@ -33,6 +34,7 @@ void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
 void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete(void* memory) noexcept { std::free(memory); }
+std::size_t AllocationCount() { return allocations; }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }

@@ -178,8 +178,9 @@ TEST(LazyExit, BothHalvesFarFromBetaOnTheSameSide) {
 TEST_F(EvaluationTest, ExactValuesOfMaterialAndTheBlend) {
   EXPECT_EQ(Exact(TestPositions::INITIAL), 0);
   EXPECT_EQ(Exact(KNIGHT_UP), 305 + 160);
-  // A rook up in the opening: weight 4 + 1 + danger 1 = 6 of 16 on the reckless half.
-  EXPECT_EQ(Exact(ROOK_UP), 500 + (10 * 400 + 6 * 180) / 16);
+  // A rook up in the opening: weight 4 + 1 + openness 4 / 4 + danger 1 = 7 of 16 on the reckless
+  // half.
+  EXPECT_EQ(Exact(ROOK_UP), 500 + (9 * 400 + 7 * 180) / 16);
   const std::string black_on_move = "1nbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b KQk - 0 1";
   EXPECT_EQ(Exact(black_on_move), -Exact(ROOK_UP));
 }
@@ -227,7 +228,7 @@ TEST_F(EvaluationTest, ALazyAnswerLeavesBothTablesAsTheyWere) {
   EXPECT_EQ(EVALUATION_HASH_TABLE.FreeSlots(), EVALUATION_HASH_TABLE.TotalSlots());
   EXPECT_EQ(PAWN_HASH_TABLE.FreeSlots(), PAWN_HASH_TABLE.TotalSlots());
   // Near beta the evaluation runs to its end and is kept.
-  EXPECT_EQ(Evaluate(evaluation, board, 817, OPENING), 817);
+  EXPECT_EQ(Evaluate(evaluation, board, 803, OPENING), 803);
   EXPECT_EQ(EVALUATION_HASH_TABLE.FreeSlots(), EVALUATION_HASH_TABLE.TotalSlots() - 1);
   EXPECT_EQ(PAWN_HASH_TABLE.FreeSlots(), PAWN_HASH_TABLE.TotalSlots() - 1);
 }

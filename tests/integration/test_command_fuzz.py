@@ -21,7 +21,7 @@ WORDS = [
     "undo", "usermove", "verify", "version", "white", "write_fen", "write_pgn", "write_settings",
     "xboard",
 ]
-# optimize_piece reads a square from standard input once it works; it is driven by hand, not here.
+# optimize_piece reads a square from standard input; its own transcript test drives it.
 LEFT_OUT = {"edit", "quit", "optimize_piece"}
 
 ARGUMENTS = [

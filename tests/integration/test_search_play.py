@@ -271,8 +271,9 @@ def test_hint_move_now_and_status_during_a_search():
         expect(re.search(r"Illegal|Error", engine.output(mark)) is None,
                f"the hint {hint} was not a legal move: {engine.output(mark)[-300:]!r}")
 
-        # An hour on the clock: the search is surely still running when "." arrives.
-        engine.send("st 0", "level 0 60 0")
+        # An hour on the clock: the search is surely still running when "." arrives. A new game,
+        # so that the move sent is legal whatever the engine played before.
+        engine.send("st 0", "level 0 60 0", "new")
         mark = engine.mark()
         engine.send("d4")
         time.sleep(1.5)
