@@ -108,12 +108,41 @@ void UnitsByWing(const ColourView& v, int king_file, Shelter& sh) {
   }
 }
 
-// The three squares ahead of the king on one file.
+// Own minor pieces in front of the king guard it too, unless they stand on the edge.
+void MinorGuard(const Frame& f, int square, ScorePair knight, ScorePair bishop, Shelter& sh) {
+  if (File(square) == 0 || File(square) == 7) return;
+  if (Has(f.own_knights, square)) {
+    sh.s += knight;
+    sh.king_defence += 2;
+  }
+  if (Has(f.own_bishops, square)) {
+    sh.s += bishop;
+    sh.king_defence += 2;
+  }
+}
+
+// A file with no pawn in front of the king, nor one behind it on the next rank.
+void BareFile(const Frame& f, int file, Shelter& sh) {
+  if (Has(f.own_pawns, MakeSquare(file, 3))) {
+    sh.s += {-10, -12};
+    sh.king_defence -= 6;
+  } else {
+    sh.s += {-12, -14};
+    sh.king_defence -= 10;
+  }
+  if (file != B_FILE && file != G_FILE) return;
+  sh.gap = true;
+  const int front = MakeSquare(file, 1);
+  if (f.weak_own_pawns & (SquareBit(front - 1) | SquareBit(front + 1))) {
+    sh.s += {-18, -25};
+    sh.king_defence -= 10;
+  }
+}
+
+// The squares one and two ranks ahead of the king on one file.
 void LookAtFile(const Frame& f, int king, int file, Shelter& sh) {
   const int front = MakeSquare(file, 1);
   const int second = MakeSquare(file, 2);
-  const int third = MakeSquare(file, 3);
-  const bool edge = file == 0 || file == 7;
   if (!(f.enemy_pawns & FileMask(file))) ++sh.open;
   bool bare = false;
   if (Has(f.own_pawns, front)) {
@@ -123,44 +152,16 @@ void LookAtFile(const Frame& f, int king, int file, Shelter& sh) {
     ++sh.missing_front;
     bare = !Has(f.own_pawns, second);
   }
-  if (Has(f.enemy, front)) sh.king_attack += 4;
-  if (!edge && Has(f.own_knights, front)) {
-    sh.s += {3, 6};
-    sh.king_defence += 2;
-  }
-  if (!edge && Has(f.own_bishops, front)) {
-    sh.s += {2, 5};
-    sh.king_defence += 2;
-  }
   if (Has(f.own_pawns, second)) {
     sh.s += {13, 22};
   } else {
     ++sh.missing_second;
   }
+  if (Has(f.enemy, front)) sh.king_attack += 4;
   if (Has(f.enemy, second)) sh.king_attack += 4;
-  if (!edge && Has(f.own_knights, second)) {
-    sh.s += {2, 4};
-    sh.king_defence += 2;
-  }
-  if (!edge && Has(f.own_bishops, second)) {
-    sh.s += {0, 2};
-    sh.king_defence += 2;
-  }
-  if (!bare) return;
-  if (Has(f.own_pawns, third)) {
-    sh.s += {-10, -12};
-    sh.king_defence -= 6;
-  } else {
-    sh.s += {-12, -14};
-    sh.king_defence -= 10;
-  }
-  if (file != B_FILE && file != G_FILE) return;
-  sh.gap = true;
-  const Bitboard beside = (file > 0 ? SquareBit(front - 1) : 0) | SquareBit(front + 1);
-  if (f.weak_own_pawns & beside) {
-    sh.s += {-18, -25};
-    sh.king_defence -= 10;
-  }
+  MinorGuard(f, front, {3, 6}, {2, 5}, sh);
+  MinorGuard(f, second, {2, 4}, {0, 2}, sh);
+  if (bare) BareFile(f, file, sh);
 }
 
 void ByMissingPawns(const Frame& f, int king, int missing, Shelter& sh) {

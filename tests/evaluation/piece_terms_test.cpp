@@ -126,26 +126,6 @@ TEST(KnightTerm, OutpostHeldByAPawnThatIsNotPassed) {
   }
 }
 
-TEST(KnightTerm, AThirdKnightCountsLikeTheOthers) {
-  // Three knights far apart, none defending another: the term is the sum of the three alone.
-  const char* three = "4k3/8/8/8/8/8/8/NN2K2N w - - 0 1";
-  const char* singles[] = {"4k3/8/8/8/8/8/8/N3K3 w - - 0 1", "4k3/8/8/8/8/8/8/1N2K3 w - - 0 1",
-                           "4k3/8/8/8/8/8/8/4K2N w - - 0 1"};
-  for (bool middlegame : {false, true}) {
-    EvaluationState evaluation;
-    Board board = BoardFromFen(three);
-    PrepareForPieceTerms(evaluation, board);
-    const ScorePair all = KnightTerm(evaluation, board, WHITE, middlegame);
-    ScorePair sum;
-    for (const char* fen : singles) {
-      board = BoardFromFen(fen);
-      PrepareForPieceTerms(evaluation, board);
-      sum += KnightTerm(evaluation, board, WHITE, middlegame);
-    }
-    EXPECT_EQ(all, sum);
-  }
-}
-
 TEST(KnightMobilityTerm, SafeSquaresByNumber) {
   // A knight on a1 reaches b3 and c2. Squares watched by the enemy count only where an own pawn
   // holds them; occupied squares never.
