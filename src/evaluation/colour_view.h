@@ -32,9 +32,8 @@ inline int PopHighest(Bitboard& set) {
   return square;
 }
 
-// The rank-1 byte of the files that hold a piece of the set, then those files whole: folding the
-// ranks onto the first gathers the files, and multiplying by the a-file copies a byte to every
-// rank.
+// The whole files that hold a square of the set: folding the ranks onto the first gathers the
+// files in one byte, and multiplying that byte by the a-file copies it to every rank.
 constexpr Bitboard OccupiedFiles(Bitboard set) {
   set |= set >> 32;
   set |= set >> 16;
