@@ -40,6 +40,16 @@ TEST(KingShelter, PawnsInFrontOpenFilesAndStorms) {
       // +10. Storm on h5 (rank 4): (-3, -8), attack +4; own pawn attacks on h3 two ranks down:
       // (-1, -5), attack +8. (6 + 60 + 15 - 0 - 5 - 3 - 3 - 1, 2 + 84 + 26 - 6 - 13 - 8 - 8 - 5).
       {"storm", "6k1/8/8/7p/6p1/8/5PPP/6K1 w - - 0 1", G1, {69, 72}, 33, 14, 0, 3},
+      // Storm on f4 and g4 (rank 3): (-5, -13) and attack +7 each; each meets own pawn attacks
+      // one rank down: (-3, -8), attack +10 each. f4 has a partner on g4: (-5, -16), attack +6.
+      // A knight behind g4: (+4, +8), attack -2. Only the h-file open: (0, -6), attack +4.
+      // (6 + 60 + 15 - 0 - 5 - 3 - 5 - 5 - 3 + 4, 2 + 84 + 26 - 6 - 13 - 8 - 16 - 13 - 8 + 8).
+      {"storm with a partner", "6k1/8/8/6n1/5pp1/8/5PPP/6K1 w - - 0 1", G1, {64, 56}, 42, 14, 0,
+       3},
+      // On the a-file the file to its left is skipped: two files at most, both open: (-6, -12),
+      // attack +9. a2 and b2 (+40, +56); b2 has a neighbour; none missing: (+15, +26).
+      // (2 + 40 - 6 + 15, 2 + 56 - 12 + 26) = (51, 72).
+      {"a-file", "6k1/8/8/8/8/8/PP6/K7 w - - 0 1", A1, {51, 72}, 9, 14, 0, 2},
       // Out on the third rank: (-120, -200), attack = the enemy's units + 10, whatever stands
       // around it.
       {"third rank", "6k1/8/8/8/8/5PKP/5PPP/8 w - - 0 1", G3, {-120, -200}, 10, 0, 0, 0},
