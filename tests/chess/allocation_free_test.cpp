@@ -5,8 +5,6 @@
 #include <cstdlib>
 #include <new>
 
-#include "evaluation/evaluate.h"
-#include "search/position_type.h"
 #include "support/perft.h"
 #include "support/test_positions.h"
 
@@ -16,19 +14,6 @@
 
 namespace {
 std::size_t allocations = 0;
-TEST(HotPath, FullEvaluationsAllocateNothing) {
-  EvaluationState evaluation;
-  for (const char* fen : {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-                          "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-                          "2rq1rk1/pp1bppbp/3p1np1/4n3/3NP3/1BN1BP2/PPPQ2PP/2KR3R w - - 9 12"}) {
-    const Board board = TestPositions::FromFen(fen);
-    const int type = ClassifyPosition(board, UNCLASSIFIED);
-    const std::size_t before = allocations;
-    EvaluateExact(evaluation, board, type);
-    EXPECT_EQ(allocations, before) << fen;
-  }
-}
-
 }  // namespace
 
 void* operator new(std::size_t size) {
