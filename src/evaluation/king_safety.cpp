@@ -50,8 +50,9 @@ ScorePair ShelterOfColour(EvaluationState& evaluation, const Board& board, int c
   const bool can_short = (rights & (colour == WHITE ? WHITE_SHORT : BLACK_SHORT)) != 0;
   const bool can_long = (rights & (colour == WHITE ? WHITE_LONG : BLACK_LONG)) != 0;
   if (!can_short && !can_long) {
-    const int king = int(v.own.king_square);
-    return ShelterAt(evaluation, board, king, colour) + CornerTerm(evaluation, board, colour);
+    // In this order: the corner adjusts the units that the shelter sets.
+    const ScorePair shelter = ShelterAt(evaluation, board, int(v.own.king_square), colour);
+    return shelter + CornerTerm(evaluation, board, colour);
   }
   ScorePair s;
   Bitboard path;

@@ -94,7 +94,7 @@ ScorePair ForwardPost(const EvaluationState& evaluation, const KnightRules& rule
   ScorePair s;
   const int wing = PieceWing[File(square)];
   const int n = PopCount(supporters);
-  Bitboard enemy_pawns_ahead = BoardTables.PassedPawnMask[v.colour][square] & v.other.pawns;
+  const Bitboard enemy_pawns_ahead = BoardTables.PassedPawnMask[v.colour][square] & v.other.pawns;
   if (enemy_pawns_ahead == 0 && (supporters & ~evaluation.pawns[v.colour].passed) != 0) {
     v.units[wing].attack += rules.outpost_attack;
     v.units[wing].defence += rules.outpost_defence;
