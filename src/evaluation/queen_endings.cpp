@@ -83,6 +83,13 @@ int PassedRankTerm(const EvaluationState& evaluation, int colour) {
   return QueenPassed[RankFromOwnSide(colour, front)];
 }
 
+// Each half truncates on its own. A queen each is what the type promises; a missing one counts
+// nothing rather than a queen on a1.
+int QueenPlace(const Board& board, int colour) {
+  const Bitboard queens = board.Pieces(colour).queens;
+  return queens != 0 ? EndingQueen2.For(colour, FindHighestBit(queens)) / 2 : 0;
+}
+
 }  // namespace
 
 int EndingQueenTerm(EvaluationState& evaluation, const Board& board, int colour,
@@ -112,15 +119,14 @@ int EndingQueenTerm(EvaluationState& evaluation, const Board& board, int colour,
 }
 
 int QueenEndingPlacement(const EvaluationState& evaluation, const Board& board) {
-  // Each half truncates on its own.
-  const int white = EndingQueen2.For(WHITE, FindHighestBit(board.white.queens)) / 2;
-  const int black = EndingQueen2.For(BLACK, FindHighestBit(board.black.queens)) / 2;
-  return white - black + PassedRankTerm(evaluation, WHITE) - PassedRankTerm(evaluation, BLACK);
+  return QueenPlace(board, WHITE) - QueenPlace(board, BLACK) + PassedRankTerm(evaluation, WHITE) -
+         PassedRankTerm(evaluation, BLACK);
 }
 
 int ScaleByChecks(const Board& board, int v) {
   const PieceSet& own = board.Own();
   const PieceSet& enemy = board.Enemy();
+  if (own.queens == 0 || enemy.queens == 0) return v;
   const int king = int(enemy.king_square);
   const Bitboard own_queen = board.QueenAttacksFrom(FindHighestBit(own.queens));
   const Bitboard enemy_queen = board.QueenAttacksFrom(FindHighestBit(enemy.queens));
