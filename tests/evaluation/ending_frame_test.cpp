@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "evaluation/ending_evaluators.h"
 #include "evaluation/ending_test_support.h"
 #include "evaluation/evaluate.h"
 #include "search/position_type.h"
@@ -74,6 +75,36 @@ TEST(EndingFrame, LazyExitFromJustBeyondTheMargin) {
     int result = 0;
     EXPECT_EQ(EndingLazyExit(c.estimate, c.beta, c.margin, result), c.lazy) << c.beta;
     EXPECT_EQ(result, c.result) << c.beta;
+  }
+}
+
+// Far from beta the evaluators answer with a bound at once; near it they count everything.
+TEST(EndingFrame, EvaluatorsAnswerLazilyOnlyFarFromBeta) {
+  using Evaluator = int (*)(EvaluationState&, const Board&, int, bool&);
+  const struct {
+    const char* fen;
+    Evaluator evaluate;
+    int far;
+  } cases[] = {
+      {"8/5pk1/6p1/8/3N4/6P1/5PK1/8 w - - 0 1", EvaluateEnding, 2000},
+      {"8/5pk1/6p1/8/3R4/6P1/5PK1/1r6 b - - 0 1", EvaluateRookEnding, 2000},
+      {"6k1/5p2/6p1/8/1q6/6P1/4QPK1/8 w - - 0 1", EvaluateQueenEnding, 2000},
+      {"8/5pk1/6p1/8/8/6P1/5PK1/8 w - - 0 1", EvaluatePawnEnding, 5000},
+  };
+  for (const auto& c : cases) {
+    const Board board = BoardFromFen(c.fen);
+    EvaluationState evaluation;
+    for (int beta : {c.far, -c.far}) {
+      EndingTests::PreparedState(evaluation, board);
+      bool lazy = false;
+      const int result = c.evaluate(evaluation, board, beta, lazy);
+      EXPECT_TRUE(lazy) << c.fen;
+      EXPECT_EQ(result, beta > 0 ? beta - 1 : beta) << c.fen;
+    }
+    EndingTests::PreparedState(evaluation, board);
+    bool lazy = false;
+    c.evaluate(evaluation, board, 0, lazy);
+    EXPECT_FALSE(lazy) << c.fen;
   }
 }
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <vector>
+
 #include "bitbases/special_bitbases.h"
 #include "evaluation/ending_test_support.h"
 #include "evaluation/passed_pawn_quick.h"
@@ -140,6 +143,39 @@ TEST(PawnRaceTerm, RunnersCountDoubleAndPassersOnBothSidesNeedTheFileTable) {
   const Board none = BoardFromFen("8/8/k7/p7/P7/8/8/1K6 w - - 0 1");
   QuickTerm(evaluation, none);
   EXPECT_EQ(PawnRaceTerm(evaluation, none), 0);
+}
+
+// A file table of one verdict throughout, in place of the real one for as long as a test runs.
+class UniformTwoPawnsTable {
+ public:
+  explicit UniformTwoPawnsTable(std::uint8_t byte) : bytes_(1179648, byte) {
+    saved_ = BraskBitbases::two_pawns_data;
+    BraskBitbases::two_pawns_data = bytes_.data();
+  }
+  ~UniformTwoPawnsTable() { BraskBitbases::two_pawns_data = saved_; }
+
+ private:
+  std::vector<std::uint8_t> bytes_;
+  const std::uint8_t* saved_;
+};
+
+TEST(PawnRaceTerm, PassersOnBothSidesAreDecidedByTheFileTableForTheSideOnMove) {
+  const Board board = BoardFromFen("8/8/k7/8/7P/p7/8/1K6 w - - 0 1");
+  const struct {
+    std::uint8_t byte;  // four entries of 3 (the side on move wins) or 1 (it loses)
+    int white_on_move;
+  } cases[] = {{0xFF, 150}, {0x55, -150}};
+  for (const auto& c : cases) {
+    UniformTwoPawnsTable table(c.byte);
+    if (BraskBitbases::ProbeTwoPawns(WHITE, E1, E8, E4, D5) == 0)
+      GTEST_SKIP() << "the file table is not read yet";
+    for (const Board& position : {board, ColourFlipped(board)}) {
+      EvaluationState evaluation;
+      QuickTerm(evaluation, position);
+      const int expected = position.side_on_move == WHITE ? c.white_on_move : -c.white_on_move;
+      EXPECT_EQ(PawnRaceTerm(evaluation, position), expected);
+    }
+  }
 }
 
 }  // namespace
