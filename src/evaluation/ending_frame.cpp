@@ -157,6 +157,8 @@ void PrepareEndingStructure(EvaluationState& evaluation, const Board& board) {
 
 void CompletePawnEntry(EvaluationState& evaluation, const Board& board) {
   if (evaluation.pawn_entry_from_hash) return;
+  // The stored score also looks at the frontmost passers.
+  PassedPawnQuickTerm(evaluation, board);
   PrepareEndingStructure(evaluation, board);
   PawnEndingTerm(evaluation, board);
 }

@@ -13,6 +13,11 @@ inline int ForSideOnMove(const Board& board, int white_view) {
 
 inline int WhiteMaterial(const Board& board) { return ForSideOnMove(board, board.Material()); }
 
+// Rank index as the pieces of `colour` count it: 0 is its first rank.
+constexpr int RankFromOwnSide(int colour, int square) {
+  return colour == WHITE ? Rank(square) : 7 - Rank(square);
+}
+
 // Squares attacked by the pawns of `colour`; the edge files don't wrap round.
 constexpr Bitboard PawnAttacksOf(int colour, Bitboard pawns) {
   const Bitboard not_a = ~FILE_A, not_h = ~FileMask(7);

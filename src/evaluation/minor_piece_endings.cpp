@@ -5,6 +5,7 @@
 #include "chess/bitboard.h"
 #include "chess/board_tables.h"
 #include "chess/square_colours.h"
+#include "evaluation/ending_frame.h"
 #include "evaluation/square_table.h"
 
 namespace {
@@ -167,7 +168,7 @@ int BishopAndPawnsValue(const Board& board, int strong) {
   for (Bitboard rest = pawns; rest != 0;) {
     const int pawn = FindHighestBit(rest);
     rest ^= SquareBit(pawn);
-    value += BishopPawnRank[strong == WHITE ? Rank(pawn) : 7 - Rank(pawn)];
+    value += BishopPawnRank[RankFromOwnSide(strong, pawn)];
   }
   return value;
 }

@@ -7,6 +7,7 @@
 #include "chess/board_tables.h"
 #include "chess/square_colours.h"
 #include "evaluation/ending_evaluators.h"
+#include "evaluation/ending_frame.h"
 #include "evaluation/square_table.h"
 
 namespace {
@@ -147,7 +148,7 @@ int BigEdge(const Board& board, int winner, int material) {
   for (Bitboard pawns = own.pawns; pawns != 0;) {
     const int pawn = FindHighestBit(pawns);
     pawns ^= SquareBit(pawn);
-    v += WinnerPawn[winner == WHITE ? Rank(pawn) : 7 - Rank(pawn)];
+    v += WinnerPawn[RankFromOwnSide(winner, pawn)];
   }
   return v;
 }
@@ -168,12 +169,11 @@ int BishopKnightMate(const Board& board, int winner) {
 }
 
 int EvaluateNoPawns(EvaluationState&, const Board& board) {
-  const int m = board.Material();
-  const int w = board.side_on_move == WHITE ? m : -m;
-  const int size = std::abs(m);
+  const int w = WhiteMaterial(board);
+  const int size = std::abs(w);
   if (size <= EVEN_MATERIAL) {
     const int b = w / 8 + NoPawnsSide(board, WHITE) - NoPawnsSide(board, BLACK);
-    return (board.side_on_move == WHITE ? b : -b) + EVEN_TEMPO;
+    return ForSideOnMove(board, b) + EVEN_TEMPO;
   }
   const int winner = w > 0 ? WHITE : BLACK;
   const int x = size < SMALL_EDGE ? SmallEdge(board, winner, size) : BigEdge(board, winner, size);

@@ -2,6 +2,7 @@
 
 #include "chess/bitboard.h"
 #include "chess/board_tables.h"
+#include "evaluation/ending_frame.h"
 
 namespace {
 
@@ -41,7 +42,7 @@ int PasserValue(const Board& board, int colour, int pawn) {
   const PieceSet& own = board.Pieces(colour);
   const PieceSet& enemy = board.Pieces(colour ^ 1);
   const int file = File(pawn);
-  const int r = colour == WHITE ? Rank(pawn) : 7 - Rank(pawn);
+  const int r = RankFromOwnSide(colour, pawn);
   const Bitboard file_mask = FileMask(file);
   const Bitboard behind = BehindOnFile(colour, pawn);
 

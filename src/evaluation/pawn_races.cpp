@@ -27,10 +27,6 @@ constexpr int TWO_PAWNS_WIN = 150;
 constexpr int TWO_PAWNS_TABLE_WINS = 3;
 constexpr int TWO_PAWNS_TABLE_LOSES = 1;
 
-int RankFromOwnSide(int colour, int square) {
-  return colour == WHITE ? Rank(square) : 7 - Rank(square);
-}
-
 int MostAdvanced(int colour, Bitboard pawns) {
   return colour == WHITE ? FindHighestBit(pawns) : FindLowestBit(pawns);
 }
@@ -52,7 +48,7 @@ int RunawayValue(const Board& board, int colour, Bitboard outside) {
 }
 
 // `colour` has passers and the enemy has no piece; positive for either colour.
-int PassersAgainstBareKing(const EvaluationState& evaluation, const Board& board, int colour,
+int PassersAgainstKingAndPawns(const EvaluationState& evaluation, const Board& board, int colour,
                            PawnRaceMode& mode) {
   if (evaluation.pawns[colour].frontmost_passed == 0) return 0;
   const Bitboard outside = OutsideTheSquare(evaluation, board, colour);
@@ -151,9 +147,9 @@ int SinglePawnsTerm(const EvaluationState& evaluation, const Board& board, int c
 
 int BarePawnsTerm(const EvaluationState& evaluation, const Board& board, PawnRaceMode& mode) {
   mode = NO_RACE;
-  if (!HasPieces(board.black)) return PassersAgainstBareKing(evaluation, board, WHITE, mode);
+  if (!HasPieces(board.black)) return PassersAgainstKingAndPawns(evaluation, board, WHITE, mode);
   if (HasPieces(board.white)) return 0;
-  return -PassersAgainstBareKing(evaluation, board, BLACK, mode);
+  return -PassersAgainstKingAndPawns(evaluation, board, BLACK, mode);
 }
 
 int WhiteWinsRaceTerm(const EvaluationState& evaluation, const Board& board) {

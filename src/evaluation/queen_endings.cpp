@@ -48,10 +48,6 @@ constexpr int QUEEN_NO_PASSER = -45;
 // The side on move in a queen ending has the first check.
 constexpr int QUEEN_ENDING_TEMPO = 24;
 
-int RankFromOwnSide(int colour, int square) {
-  return colour == WHITE ? Rank(square) : 7 - Rank(square);
-}
-
 // Safe squares from which the queen would check the enemy king.
 int CheckingSquares(const Board& board, int colour, int queen) {
   const PieceSet& own = board.Pieces(colour);

@@ -32,10 +32,6 @@ constexpr int DEFENDER_ON_QUEENING_SQUARE = 10;
 
 constexpr int SEVENTH = 6;
 
-int RankFromOwnSide(int colour, int square) {
-  return colour == WHITE ? Rank(square) : 7 - Rank(square);
-}
-
 // The enemy king on the last two ranks, where a rook on the seventh cuts it off.
 bool KingOnLastTwoRanks(const Board& board, int colour) {
   return RankFromOwnSide(colour, int(board.Pieces(colour ^ 1).king_square)) >= SEVENTH;
