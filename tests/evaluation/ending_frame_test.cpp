@@ -13,22 +13,6 @@ namespace {
 using EndingTests::ColourFlipped;
 using EndingTests::ExactValue;
 
-TEST(EndingFrame, MatingMaterialNeedsAPawnAMajorOrThreeMinorsOrABishopWithAnother) {
-  const struct {
-    const char* fen;
-    bool white;
-  } cases[] = {
-      {"4k3/8/8/8/8/8/8/4KN2 w - - 0 1", false},   // a lone knight
-      {"4k3/8/8/8/8/8/8/3NKN2 w - - 0 1", false},  // two knights
-      {"4k3/8/8/8/8/8/8/3BKN2 w - - 0 1", true},
-      {"4k3/8/8/8/8/8/8/2B1KB2 w - - 0 1", true},
-      {"4k3/8/8/8/8/8/8/2NNKN2 w - - 0 1", true},
-      {"4k3/8/8/8/8/8/P7/4K3 w - - 0 1", true},
-      {"4k3/8/8/8/8/8/8/4K2R w - - 0 1", true},
-  };
-  for (const auto& c : cases) EXPECT_EQ(HasMatingMaterial(BoardFromFen(c.fen).white), c.white) << c.fen;
-}
-
 TEST(EndingFrame, BoundKeepsTheSideThatCannotMateAtTheDrawValueAtBest) {
   const struct {
     const char* fen;
@@ -38,6 +22,13 @@ TEST(EndingFrame, BoundKeepsTheSideThatCannotMateAtTheDrawValueAtBest) {
       {"4k3/p7/8/8/8/8/8/4KN2 w - - 0 1", WHITE_CANNOT_WIN},  // the piece without a pawn
       {"4k3/p7/8/8/8/8/P7/4KN2 w - - 0 1", BOTH_CAN_WIN},
       {"4kn2/8/8/8/8/8/8/4KN2 w - - 0 1", WHITE_CANNOT_WIN},
+      // Mating material: a pawn, a major piece, three minors, or two with a bishop among them.
+      {"4k3/8/8/8/8/8/8/3NKN2 w - - 0 1", WHITE_CANNOT_WIN},  // two knights can't
+      {"4k3/8/8/8/8/8/8/3BKN2 w - - 0 1", BLACK_CANNOT_WIN},
+      {"3nkn2/8/8/8/8/8/8/3BKN2 w - - 0 1", BLACK_CANNOT_WIN},
+      {"3bkn2/8/8/8/8/8/8/3NKN2 w - - 0 1", WHITE_CANNOT_WIN},
+      {"3bkn2/8/8/8/8/8/8/2NNKN2 w - - 0 1", BOTH_CAN_WIN},
+      {"3bkn2/8/8/8/8/8/8/4K2R w - - 0 1", BOTH_CAN_WIN},
   };
   for (const auto& c : cases) EXPECT_EQ(FindMaterialBound(BoardFromFen(c.fen)), c.bound) << c.fen;
 

@@ -86,14 +86,6 @@ TEST(BarePawnsTerm, APasserOutsideTheSquareWinsTheRace) {
   }
 }
 
-TEST(BarePawnsTerm, CaughtPasserWithoutEnemyPassersAsksTheSinglePawnTable) {
-  const Board board = BoardFromFen("8/8/4k3/8/4P3/8/8/1K4N1 w - - 0 1");
-  EvaluationState evaluation;
-  QuickTerm(evaluation, board);
-  PawnRaceMode mode = NO_RACE;
-  EXPECT_EQ(BarePawnsTerm(evaluation, board, mode), SinglePawnsTerm(evaluation, board, WHITE));
-}
-
 TEST(SinglePawnsTerm, WonPawnsByRankAndNeverMoreThanASureWin) {
   // King e6, pawn e5 against the king on e8 is won whoever moves: rank 4 is worth 225.
   const Board one = BoardFromFen("4k3/8/4K3/4P3/8/8/8/8 w - - 0 1");

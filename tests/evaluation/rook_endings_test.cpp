@@ -81,6 +81,33 @@ TEST(EndingRookTerm, SeventhRankAndConnectedRooks) {
   }
 }
 
+TEST(EvaluateRookEnding, LoosePawnsInSightOfBothRooks) {
+  const struct {
+    const char* fen;
+    int value;
+    bool needs_pawn_sets;
+  } cases[] = {
+      {"6k1/8/8/8/r3P3/8/8/4R1K1 w - - 0 1", -30, false},    // e4 on the lines of both rooks
+      {"6k1/8/8/8/r3P3/5K2/8/4R3 w - - 0 1", 0, false},      // next to its king
+      {"6k1/8/8/8/r2NP3/8/8/4R1K1 w - - 0 1", 0, false},     // the knight shields it
+      {"4k3/1r4p1/8/6R1/r3P3/8/8/4R1K1 w - - 0 1", 0, false},  // one loose pawn each
+      {"6k1/8/8/8/r3P3/3P4/8/4R1K1 w - - 0 1", 0, true},     // defended by a pawn
+  };
+  const bool pawn_sets = EndingTests::PawnStructureClassifies();
+  for (const auto& c : cases) {
+    if (c.needs_pawn_sets && !pawn_sets) continue;
+    const Board board = BoardFromFen(c.fen);
+    for (const Board& position : {board, ColourFlipped(board)}) {
+      EvaluationState evaluation;
+      PreparedState(evaluation, position);
+      PrepareFileData(evaluation, position);
+      PrepareStructure(evaluation, position);
+      const int sign = position.side_on_move == board.side_on_move ? 1 : -1;
+      EXPECT_EQ(LoosePawnsTerm(evaluation, position), sign * c.value) << c.fen;
+    }
+  }
+}
+
 TEST(EndingRookTerm, OpenAndHalfOpenFiles) {
   if (!EndingTests::PawnStructureClassifies()) GTEST_SKIP() << "the pawn structure is a placeholder";
   // White lacks pawns on two files. Seven pawns: 85 - 12 * 3 each. The a-file is the only one
