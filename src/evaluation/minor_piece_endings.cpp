@@ -128,7 +128,8 @@ int BishopsOf(EvaluationState& evaluation, const Board& board, int colour) {
     sum += EndingBishop.For(colour, square) + BishopMobility(board, square, attacks) +
            TrappedBishop(board, colour, square);
   }
-  const int per_target = evaluation.has_bishop_pair[colour] ? TARGET_WITH_PAIR : TARGET_WITHOUT_PAIR;
+  const int per_target =
+      evaluation.has_bishop_pair[colour] ? TARGET_WITH_PAIR : TARGET_WITHOUT_PAIR;
   return sum + per_target * PopCount(targets);
 }
 

@@ -88,9 +88,9 @@ int WinsRace(const EvaluationState& evaluation, const Board& board, int colour) 
 }
 
 int TwoPawnsValue(const Board& board, int white_pawn, int black_pawn) {
-  const int raw = BraskBitbases::ProbeTwoPawns(int(board.side_on_move),
-                                               int(board.white.king_square),
-                                               int(board.black.king_square), white_pawn, black_pawn);
+  const int raw =
+      BraskBitbases::ProbeTwoPawns(int(board.side_on_move), int(board.white.king_square),
+                                   int(board.black.king_square), white_pawn, black_pawn);
   const int for_side_on_move = raw == TWO_PAWNS_TABLE_WINS    ? TWO_PAWNS_WIN
                                : raw == TWO_PAWNS_TABLE_LOSES ? -TWO_PAWNS_WIN
                                                               : 0;

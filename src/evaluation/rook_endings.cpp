@@ -83,7 +83,9 @@ bool AloneOnFile(const RookAndPawn& p, int piece) {
   return on_file == 1;
 }
 
-bool FileBetween(int file, int a, int b) { return file >= std::min(a, b) && file <= std::max(a, b); }
+bool FileBetween(int file, int a, int b) {
+  return file >= std::min(a, b) && file <= std::max(a, b);
+}
 
 int RookAndPawnValue(const RookAndPawn& p) {
   const auto& distance = BoardTables.Distance;
@@ -172,7 +174,8 @@ bool RookEndingKnowledge(const Board& board, int& white_view) {
 }
 
 int LoosePawnsTerm(const EvaluationState& evaluation, const Board& board) {
-  return LOOSE_PAWN * (LoosePawnsOf(evaluation, board, BLACK) - LoosePawnsOf(evaluation, board, WHITE));
+  return LOOSE_PAWN *
+         (LoosePawnsOf(evaluation, board, BLACK) - LoosePawnsOf(evaluation, board, WHITE));
 }
 
 int EvaluateRookEnding(EvaluationState& evaluation, const Board& board, int beta, bool& lazy) {

@@ -20,8 +20,9 @@ KingRegions Regions(const Board& board) {
 }
 
 TEST(KingRaceRegions, EachKingHasItsOwnSquaresAndTheColoursMirror) {
-  for (const char* fen : {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", "8/5pk1/6p1/8/8/1P4P1/5PK1/8 b - - 0 1",
-                          "8/8/2k5/8/2P5/8/5K2/8 w - - 0 1", "8/pp4k1/8/8/8/8/PPP3K1/8 w - - 0 1"}) {
+  for (const char* fen :
+       {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", "8/5pk1/6p1/8/8/1P4P1/5PK1/8 b - - 0 1",
+        "8/8/2k5/8/2P5/8/5K2/8 w - - 0 1", "8/pp4k1/8/8/8/8/PPP3K1/8 w - - 0 1"}) {
     const Board board = BoardFromFen(fen);
     const KingRegions regions = Regions(board);
     EXPECT_NE(regions.region[WHITE] & SquareBit(int(board.white.king_square)), 0u) << fen;

@@ -109,7 +109,8 @@ TEST(EvaluateRookEnding, LoosePawnsInSightOfBothRooks) {
 }
 
 TEST(EndingRookTerm, OpenAndHalfOpenFiles) {
-  if (!EndingTests::PawnStructureClassifies()) GTEST_SKIP() << "the pawn structure is a placeholder";
+  if (!EndingTests::PawnStructureClassifies())
+    GTEST_SKIP() << "the pawn structure is a placeholder";
   // White lacks pawns on two files. Seven pawns: 85 - 12 * 3 each. The a-file is the only one
   // without any pawn: RookOpenFile[2] + 12; the h-file has Black's pawn: RookHalfOpenFile[2].
   // The rooks don't see each other past the king. Black's pawn is isolated: + 4.
