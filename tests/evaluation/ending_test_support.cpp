@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "bitbases/single_pawn_bitbases_data.h"
 #include "evaluation/evaluate.h"
 #include "evaluation/pawn_structure.h"
 #include "search/hash.h"
@@ -44,14 +43,6 @@ bool PawnStructureClassifies() {
   PrepareFileData(evaluation, board);
   PrepareStructure(evaluation, board);
   return evaluation.pawns[WHITE].isolated != 0;
-}
-
-bool SinglePawnTableHasDraws() {
-  for (const auto& side : BraskBitbases::SinglePawnBitbases)
-    for (const auto& pawn : side)
-      for (Bitboard word : pawn)
-        if (word != 0) return true;
-  return false;
 }
 
 }  // namespace EndingTests

@@ -1,6 +1,6 @@
 // Shared by the tests of the ending evaluation: positions with the colours exchanged, a state
-// prepared as the driver leaves it for an evaluator, and what the tests can rely on while parts
-// of the evaluation are still placeholders.
+// prepared as the driver leaves it for an evaluator, and whether the pawn sets are classified
+// yet.
 #pragma once
 
 #include <string>
@@ -25,8 +25,5 @@ int ExactValue(const Board& board);
 // The classified pawn sets come from the pawn structure. Tests of terms that read them skip
 // themselves while it classifies nothing.
 bool PawnStructureClassifies();
-
-// The built-in king and pawn against king table, or its placeholder that knows no draw.
-bool SinglePawnTableHasDraws();
 
 }  // namespace EndingTests

@@ -36,14 +36,6 @@ TEST(KingRaceRegions, EachKingHasItsOwnSquaresAndTheColoursMirror) {
   }
 }
 
-TEST(KingRaceRegions, TheSideOnMoveGetsThereFirst) {
-  // Bare kings facing each other in the middle of the board: the tempo decides.
-  for (const char* fen : {"8/8/4k3/8/4K3/8/8/8 w - - 0 1", "8/8/8/3k4/8/3K4/8/8 w - - 0 1"}) {
-    const KingRegions regions = Regions(BoardFromFen(fen));
-    EXPECT_GT(PopCount(regions.region[WHITE]), PopCount(regions.region[BLACK])) << fen;
-  }
-}
-
 TEST(KingRaceRegions, AKingThatMustCatchAPasserStaysInItsSquare) {
   // The a5 pawn's square is a5-d8; the king on h8 is outside it and can go nowhere.
   const KingRegions regions = Regions(BoardFromFen("7k/8/8/P7/8/8/8/K7 w - - 0 1"));

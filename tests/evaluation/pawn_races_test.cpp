@@ -101,22 +101,6 @@ TEST(SinglePawnsTerm, WonPawnsByRankAndNeverMoreThanASureWin) {
   EXPECT_EQ(SinglePawnsTerm(evaluation, two, WHITE), 400);
 }
 
-TEST(SinglePawnsTerm, DrawsOfTheTableCountNothing) {
-  if (!EndingTests::SinglePawnTableHasDraws()) GTEST_SKIP() << "the built-in table knows no draw";
-  for (const char* fen : {"k7/8/K7/P7/8/8/8/8 w - - 0 1", "k7/8/K7/P7/8/8/8/8 b - - 0 1",
-                          "8/4k3/8/4K3/4P3/8/8/8 w - - 0 1"}) {
-    const Board board = BoardFromFen(fen);
-    EvaluationState evaluation;
-    QuickTerm(evaluation, board);
-    EXPECT_EQ(SinglePawnsTerm(evaluation, board, WHITE), 0) << fen;
-  }
-  // The same king and pawn wins with the defender on move.
-  const Board won = BoardFromFen("8/4k3/8/4K3/4P3/8/8/8 b - - 0 1");
-  EXPECT_FALSE(IsSinglePawnDraw(won, WHITE, E4));
-  EXPECT_TRUE(IsSinglePawnDraw(ColourFlipped(BoardFromFen("8/4k3/8/4K3/4P3/8/8/8 w - - 0 1")),
-                               BLACK, E5));
-}
-
 TEST(PawnRaceTerm, RunnersCountDoubleAndPassersOnBothSidesNeedTheFileTable) {
   const Board runner = BoardFromFen("8/8/k7/8/7P/8/8/1K6 w - - 0 1");
   EvaluationState evaluation;

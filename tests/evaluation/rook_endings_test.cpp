@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "evaluation/ending_evaluators.h"
 #include "evaluation/ending_test_support.h"
 #include "evaluation/pawn_structure.h"
 #include "support/board_from_fen.h"
@@ -44,15 +43,6 @@ TEST(RookEndingKnowledge, RookAndPawnAgainstRook) {
   for (const char* other : {"4k3/p7/8/8/4P3/8/r7/4K2R w - - 0 1",   // two pawns
                             "4k3/8/8/8/4P3/8/rr6/4K2R w - - 0 1"})  // two rooks against one
     EXPECT_FALSE(RookEndingKnowledge(BoardFromFen(other), value)) << other;
-}
-
-TEST(RookEndingKnowledge, AnswersForTheWholeEvaluation) {
-  const Board board = BoardFromFen("r7/4k3/8/4K3/4P3/8/8/7R b - - 0 1");
-  EvaluationState evaluation;
-  PreparedState(evaluation, board);
-  bool lazy = false;
-  EXPECT_EQ(EvaluateRookEnding(evaluation, board, 0, lazy), -83);
-  EXPECT_FALSE(lazy);
 }
 
 TEST(EndingRookTerm, SeventhRankAndConnectedRooks) {
