@@ -5,7 +5,7 @@
 #include "evaluation/ending_evaluators.h"
 #include "evaluation/ending_frame.h"
 #include "evaluation/passed_pawn_quick.h"
-#include "evaluation/pawn_ending_term.h"
+#include "evaluation/pawn_structure.h"
 #include "evaluation/pawn_races.h"
 
 namespace {
