@@ -6,7 +6,7 @@
 
 #include "bitbases/memory_mapped_file.h"
 #include "bitbases/portable_io.h"
-#include "support/temp_directory.h"
+#include "support/temporary_directory.h"
 
 using BraskUtils::MemoryMappedFile;
 using BraskUtils::ReadOnlyMemoryMappedFile;
@@ -19,7 +19,7 @@ int OpenDescriptors() {
 }  // namespace
 
 TEST(MemoryMappedFile, ReadOnlyMappingChecksTheFile) {
-  TempDirectory dir;
+  TemporaryDirectory dir;
   int before = OpenDescriptors();
   EXPECT_THROW(ReadOnlyMemoryMappedFile(dir.File("missing"), 10),
                ReadOnlyMemoryMappedFile::IOException);
@@ -38,7 +38,7 @@ TEST(MemoryMappedFile, ReadOnlyMappingChecksTheFile) {
 }
 
 TEST(MemoryMappedFile, WritableMappingCreatesExtendsAndKeepsTails) {
-  TempDirectory dir;
+  TemporaryDirectory dir;
   {
     MemoryMappedFile created(dir.File("new"), 5000);
     EXPECT_EQ(created.GetData()[4999], 0);

@@ -4,7 +4,6 @@
 
 #include <functional>
 
-#include "search/default_settings_file.h"
 #include "search/search_settings.h"
 #include "search/settings_guard.h"
 #include "support/temporary_directory.h"
@@ -31,7 +30,7 @@ class SettingsCommandTest : public ::testing::Test {
 
 TEST_F(SettingsCommandTest, WriteAndReadSettings) {
   WriteSearchSettings(file_);
-  EXPECT_EQ(ReadWholeFile(file_), DEFAULT_SETTINGS_FILE);
+  EXPECT_EQ(ReadWholeFile(file_), SearchSettingsText("all"));
   WriteWholeFile(file_, "root_distance_multiplier=32\n");
   TerminalCapture terminal;
   ReadSearchSettings(file_);
@@ -89,8 +88,8 @@ TEST_F(SettingsCommandTest, DisplaySettingsByNameOrAll) {
             "enable_ettc=false\nchecking_move_sorting_bonus_if_playing_for_mate=0 70 50 75\n");
   EXPECT_EQ(SearchSettingsText(" root_distance_multiplier ; enable_ettc "),
             "root_distance_multiplier=64\nenable_ettc=false\n");
-  EXPECT_EQ(SearchSettingsText("all"), DEFAULT_SETTINGS_FILE);
-  EXPECT_EQ(SearchSettingsText(""), DEFAULT_SETTINGS_FILE);
+  EXPECT_EQ(SearchSettingsText(""), SearchSettingsText("all"));
+  EXPECT_EQ(SearchSettingsText("all").rfind("root_distance_multiplier=64\n", 0), 0u);
   TerminalCapture terminal;
   EXPECT_EQ(ErrorOf([] { DisplaySearchSettings("enable_ettc;enable_etc"); }),
             "unknown variable: enable_etc");
