@@ -321,20 +321,4 @@ def test_name_rating_and_computer_shape_the_players():
 
 
 if __name__ == "__main__":
-    run_tests([test_user_moves_in_both_forms_are_answered_in_san,
-               test_status_during_a_search_and_without_one,
-               test_thinking_lines_with_post_and_nopost,
-               test_mate_scores_are_plain_integers,
-               test_result_ends_the_game_silently,
-               test_analyze_runs_until_exit_and_makes_no_move,
-               test_analyze_after_the_end_of_the_game_waits_for_exit,
-               test_analysis_follows_moves_to_the_end_of_the_game_and_back,
-               test_hint_searches_briefly_and_is_silent_without_a_move,
-               test_playother_gives_the_engine_the_side_not_on_move,
-               test_ponder_hit_answers_quickly,
-               test_ponder_miss_starts_a_new_search,
-               test_pondering_gives_way_to_easy_go_and_playother,
-               test_time_and_otim_set_the_clocks,
-               test_draw_offers_are_answered_after_the_next_search,
-               test_the_engine_offers_a_draw_in_a_dead_level_ending,
-               test_name_rating_and_computer_shape_the_players])
+    run_tests(globals())
