@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <iostream>
+#include <utility>
 
 #include "chess/board.h"
 #include "support/board_from_fen.h"
@@ -52,14 +53,15 @@ TEST(Board, CopiesKeepTheirOwnKeyStack) {
 }
 
 TEST(Board, RuleDraws) {
-  EXPECT_TRUE(BoardFromFen("4k3/8/8/8/8/8/8/4KN2 w - - 0 1").IsDrawByRule());
-  EXPECT_TRUE(BoardFromFen("4k3/8/8/8/8/8/8/3NKN2 w - - 0 1").IsDrawByRule());
-  EXPECT_FALSE(BoardFromFen("4k3/8/8/8/8/8/8/3BKB2 w - - 0 1").IsDrawByRule());
-  EXPECT_TRUE(BoardFromFen("4kb2/8/8/8/8/8/8/4KN2 w - - 0 1").IsDrawByRule());
-  EXPECT_FALSE(BoardFromFen("4k3/8/8/8/8/8/8/2NBK3 w - - 0 1").IsDrawByRule());
-  EXPECT_FALSE(BoardFromFen("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1").IsDrawByRule());
-  EXPECT_TRUE(BoardFromFen("4k3/8/8/8/8/8/8/Q3K3 w - - 100 80").IsDrawByRule());
-  EXPECT_FALSE(BoardFromFen("4k3/8/8/8/8/8/8/Q3K3 w - - 99 80").IsDrawByRule());
+  for (const auto& [fen, draw] : {std::pair{"4k3/8/8/8/8/8/8/4KN2 w - - 0 1", true},
+                                  {"4k3/8/8/8/8/8/8/3NKN2 w - - 0 1", true},
+                                  {"4k3/8/8/8/8/8/8/3BKB2 w - - 0 1", false},
+                                  {"4kb2/8/8/8/8/8/8/4KN2 w - - 0 1", true},
+                                  {"4k3/8/8/8/8/8/8/2NBK3 w - - 0 1", false},
+                                  {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", false},
+                                  {"4k3/8/8/8/8/8/8/Q3K3 w - - 100 80", true},
+                                  {"4k3/8/8/8/8/8/8/Q3K3 w - - 99 80", false}})
+    EXPECT_EQ(BoardFromFen(fen).IsDrawByRule(), draw) << fen;
 }
 
 TEST(Board, RepetitionAcrossARebase) {
@@ -106,20 +108,20 @@ TEST(Board, LongGamesStayInsideTheKeyStorage) {
 }
 
 TEST(Board, Validity) {
-  Board board;
-  EXPECT_TRUE(SetupFromFen(board, "4k3/pppppppp/pppppp2/8/8/8/8/4K3 w - - 0 1"));  // 14 pawns
-  EXPECT_FALSE(SetupFromFen(board, "4k3/pppppppp/ppppppp1/8/8/8/8/4K3 w - - 0 1"));
-  EXPECT_FALSE(SetupFromFen(board, "4k3/8/8/8/8/8/8/4K2K w - - 0 1"));
-  EXPECT_FALSE(SetupFromFen(board, "8/8/8/8/8/8/8/4K3 w - - 0 1"));
-  EXPECT_FALSE(SetupFromFen(board, "P3k3/8/8/8/8/8/8/4K3 w - - 0 1"));
-  EXPECT_FALSE(SetupFromFen(board, "4k3/8/8/8/8/8/8/4K2p b - - 0 1"));
-  EXPECT_FALSE(SetupFromFen(board, "4k3/8/8/8/8/8/8/4K3 w K - 0 1"));
-  EXPECT_FALSE(SetupFromFen(board, "4k3/4R3/8/8/8/8/8/4K3 w - - 0 1"));  // side not on move in check
-  EXPECT_TRUE(SetupFromFen(board, "4k3/4R3/8/8/8/8/8/4K3 b - - 0 1"));
-  EXPECT_TRUE(board.InCheck());
-  EXPECT_TRUE(SetupFromFen(board, "4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1"));
-  EXPECT_FALSE(SetupFromFen(board, "4k3/8/8/4P3/8/8/8/4K3 w - d6 0 1"));
-  EXPECT_FALSE(SetupFromFen(board, "4k3/8/8/3pP3/8/8/8/4K3 w - d3 0 1"));
+  for (const auto& [fen, valid] : {
+           std::pair{"4k3/pppppppp/pppppp2/8/8/8/8/4K3 w - - 0 1", true},  // 14 pawns
+           {"4k3/pppppppp/ppppppp1/8/8/8/8/4K3 w - - 0 1", false},
+           {"4k3/8/8/8/8/8/8/4K2K w - - 0 1", false}, {"8/8/8/8/8/8/8/4K3 w - - 0 1", false},
+           {"P3k3/8/8/8/8/8/8/4K3 w - - 0 1", false}, {"4k3/8/8/8/8/8/8/4K2p b - - 0 1", false},
+           {"4k3/8/8/8/8/8/8/4K3 w K - 0 1", false},
+           {"4k3/4R3/8/8/8/8/8/4K3 w - - 0 1", false},  // the side not on move in check
+           {"4k3/4R3/8/8/8/8/8/4K3 b - - 0 1", true},
+           {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", true}, {"4k3/8/8/4P3/8/8/8/4K3 w - d6 0 1", false},
+           {"4k3/8/8/3pP3/8/8/8/4K3 w - d3 0 1", false}}) {
+    Board board;
+    EXPECT_EQ(SetupFromFen(board, fen), valid) << fen;
+  }
+  EXPECT_TRUE(BoardFromFen("4k3/4R3/8/8/8/8/8/4K3 b - - 0 1").InCheck());
 }
 
 TEST(Board, EnPassantSafety) {
