@@ -27,7 +27,8 @@ TEST(MemoryMappedFile, ReadOnlyMappingChecksTheFile) {
   EXPECT_THROW(ReadOnlyMemoryMappedFile{dir.File("empty")}, ReadOnlyMemoryMappedFile::IOException);
   std::vector<std::uint8_t> bytes = {1, 2, 3, 250};
   BraskPortableIO::WriteFile(dir.File("four"), bytes.data(), bytes.size());
-  EXPECT_THROW(ReadOnlyMemoryMappedFile(dir.File("four"), 5), ReadOnlyMemoryMappedFile::IOException);
+  EXPECT_THROW(ReadOnlyMemoryMappedFile(dir.File("four"), 5),
+               ReadOnlyMemoryMappedFile::IOException);
   EXPECT_EQ(OpenDescriptors(), before);
   {
     ReadOnlyMemoryMappedFile mapped(dir.File("four"), 4);

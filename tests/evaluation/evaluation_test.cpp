@@ -37,7 +37,8 @@ std::string MirrorFen(const std::string& fen) {
   for (char c : std::string("KQkq"))
     if (castling.find(swap_case(c)) != std::string::npos) rights += c;
   if (en_passant != "-") en_passant[1] = en_passant[1] == '3' ? '6' : '3';
-  return mirrored + (side == "w" ? " b " : " w ") + (rights.empty() ? "-" : rights) + " " + en_passant + " 0 1";
+  return mirrored + (side == "w" ? " b " : " w ") + (rights.empty() ? "-" : rights) + " " +
+         en_passant + " 0 1";
 }
 
 // Without Black's queen's rook: a whole rook up, with every other piece at home.

@@ -80,7 +80,7 @@ def test_being_mated_shows_the_distance_and_the_engine_resigns():
         move, _, score = engine_move(engine, 0)
         expect_equal(score, "-#3", f"score of {move}")
         engine.wait_for_text(r"Congratulations! Brask resigns.\n(?:.*\n)*?game over: 1-0 \(Black "
-                        r"resigns\)\n", 2)
+                             r"resigns\)\n", 2)
 
 
 def test_hopeless_position_is_resigned_after_some_moves_not_at_once():
@@ -247,8 +247,8 @@ def test_draw_offers_on_the_console():
         engine.send("force", "setboard 4k3/8/r7/8/8/8/7R/4K3 b - - 0 1", "sd 6", "playother")
         mark = engine.mark()
         engine.send("draw", "Ke7")
-        engine.wait_for_text(r"Brask is thinking about the draw offer and will decide after the next "
-                        r"move.\n", 5, mark)
+        engine.wait_for_text(r"Brask is thinking about the draw offer and will decide after the "
+                             r"next move.\n", 5, mark)
         engine.wait_for_text(r"Brask rejects the draw offer and wants to play on.\n", 20, mark)
         _, line, score = engine_move(engine, mark)
         expect_equal(score, "0", "score of a dead-equal position")
