@@ -149,20 +149,6 @@ def test_analyze_runs_until_exit_and_makes_no_move():
     expect("type=analyze" in engine.log, "an analyze search in the log")
 
 
-def test_analyze_after_the_end_of_the_game_waits_for_exit():
-    with xboard() as engine:
-        engine.send("post", "force", f"setboard {MATED_IN_1}", "Kb8", "Rh8", "analyze")
-        time.sleep(0.5)
-        engine.send(".")
-        expect_equal(synchronize(engine), ["stat01: 0 0 0 0 0"], "no search on a finished game")
-        engine.send("exit")
-        expect_equal(synchronize(engine, "exit"), [], "exit is silent")
-        engine.send("undo", "Rh7")
-        expect_equal(synchronize(engine, "force"), [], "force mode after exit: no answer")
-    expect("Entering analyze compatibility mode" in log_only_reports(engine.log),
-           "the waiting loop noted in the log")
-
-
 def test_analysis_follows_moves_to_the_end_of_the_game_and_back():
     with xboard() as engine:
         engine.send("post", "force", f"setboard {MATED_IN_1}", "analyze")
@@ -172,6 +158,9 @@ def test_analysis_follows_moves_to_the_end_of_the_game_and_back():
         engine.wait_for(r"^79 32766 \d+ \d+ Rh8# $", 10, "analysis after Kb8")
         engine.send("Rh8")
         expect_equal(synchronize(engine), [], "the mate is silent in analyze mode")
+        engine.send(".")
+        expect_equal(synchronize(engine, "status"), ["stat01: 0 0 0 0 0"],
+                     "no search on a finished game")
         engine.send("undo")
         engine.wait_for(r"^1 32766 \d+ \d+ Rh8# $", 5, "analysis again after undo")
         engine.send("exit")
