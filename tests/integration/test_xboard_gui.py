@@ -63,12 +63,14 @@ def play_match(build, directory, games, clock, increment):
         output = read_until(process, b"final score", time.monotonic() + 60 + 120 * games)
     finally:
         time.sleep(0.5)
-        os.killpg(process.pid, signal.SIGTERM)
-        try:
-            process.wait(timeout=10)
-        except subprocess.TimeoutExpired:
-            os.killpg(process.pid, signal.SIGKILL)
-            process.wait()
+        # xboard ends on SIGTERM; the engines ignore it under xboard, so what is left of the
+        # group goes by SIGKILL.
+        for stop, grace in ((signal.SIGTERM, 10), (signal.SIGKILL, None)):
+            try:
+                os.killpg(process.pid, stop)
+                process.wait(timeout=grace)
+            except (ProcessLookupError, subprocess.TimeoutExpired):
+                pass
     return output, read_text(pgn), read_text(debug)
 
 
