@@ -149,6 +149,11 @@ class InteractiveSession:
                     self._line_start = newline + 1
                     self.received.append(line)
                     return line
+                if self._ended and self._line_start < len(self._text):
+                    # The last line, cut short by the end of the output.
+                    line, self._line_start = self._text[self._line_start:], len(self._text)
+                    self.received.append(line)
+                    return line
                 left = end - time.monotonic()
                 if self._ended or left <= 0:
                     return None
