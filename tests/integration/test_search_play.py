@@ -189,8 +189,11 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
     limits = [int(limit) for limit, _ in SEARCH_LIMITS.findall(engine.log)]
     times = [float(seconds) for seconds in SEARCH_TIME.findall(engine.log)]
     expect_equal((len(limits), len(times)), (2 * GAME_MOVES, 2 * GAME_MOVES), "searches logged")
+    # The search finds the clock by counting nodes, and aims its polls at the hard limit by the
+    # node rate it has measured; on a busy machine the rate drops between two polls, which are at
+    # most an eighth of a second apart, so that much may be spent past the limit.
     for ply, (limit, seconds) in enumerate(zip(limits, times)):
-        expect(seconds * 1000 <= limit + 60,
+        expect(seconds * 1000 <= limit + 125,
                f"ply {ply + 1} searched {seconds} s with a hard limit of {limit} ms")
     for side, name in ((0, "White"), (1, "Black")):
         used = sum(wall[side:80:2])
