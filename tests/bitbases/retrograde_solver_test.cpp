@@ -9,7 +9,7 @@
 #include "chess/basic.h"
 #include "chess/board.h"
 #include "support/datacomp_writer.h"
-#include "support/temp_directory.h"
+#include "support/temporary_directory.h"
 
 using namespace NalimovTablebases;
 
@@ -106,7 +106,7 @@ TEST(RetrogradeSolver, FileBytes) {
 }
 
 TEST(RetrogradeSolver, ReaderAnswersWhatTheSolverFoundFromPlainAndCompressedFiles) {
-  TempDirectory plain, compressed;
+  TemporaryDirectory plain, compressed;
   for (std::string name : {"kqk", "krk", "kpk"}) {
     ASSERT_TRUE(Solver().WriteTables(name, plain.Path()));
     for (std::string ext : {".nbw", ".nbb"}) {
@@ -114,7 +114,7 @@ TEST(RetrogradeSolver, ReaderAnswersWhatTheSolverFoundFromPlainAndCompressedFile
       WriteBytes(compressed.File(name + ext + ".emd"), CompressTablebase(bytes));
     }
   }
-  for (const TempDirectory* dir : {&plain, &compressed}) {
+  for (const TemporaryDirectory* dir : {&plain, &compressed}) {
     ASSERT_EQ(BraskTablebases::InitTablebases(dir->Path(), 1 << 20), 3);
     for (std::string name : {"kqk", "krk", "kpk"}) {
       int mated = 0;
@@ -139,7 +139,7 @@ Board MakeBoard(std::initializer_list<std::pair<int, int>> pieces, int side, int
 }  // namespace
 
 TEST(RetrogradeSolver, ProbesOfBoards) {
-  TempDirectory dir;
+  TemporaryDirectory dir;
   for (std::string name : {"kqk", "kpk"}) ASSERT_TRUE(Solver().WriteTables(name, dir.Path()));
   ASSERT_EQ(BraskTablebases::InitTablebases(dir.Path(), 1 << 16), 3);
   int score = 0;

@@ -139,7 +139,4 @@ def test_errors_reach_the_log():
 
 
 if __name__ == "__main__":
-    run_tests([test_token_counts, test_argument_values, test_unknown_words_and_bad_lines,
-               test_commands_that_need_force_mode,
-               test_refusals_of_missing_machinery_check_arguments_first,
-               test_refusals_leave_the_game_as_it_was, test_errors_reach_the_log])
+    run_tests(globals())

@@ -134,5 +134,4 @@ def test_fuzzed_edit_session():
 
 
 if __name__ == "__main__":
-    run_tests([test_random_and_mutated_lines, test_every_word_with_every_argument_count,
-               test_fuzzed_edit_session])
+    run_tests(globals())
