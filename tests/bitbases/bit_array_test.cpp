@@ -5,7 +5,7 @@
 #include <random>
 
 #include "bitbases/bitbase_test_support.h"
-#include "support/temp_directory.h"
+#include "support/temporary_directory.h"
 
 using namespace BraskBitbases;
 
@@ -63,7 +63,7 @@ TEST(BitArray, RangesAreInclusiveInEitherOrder) {
 }
 
 TEST(BitArray, SavedArraysLoadWithTheSameEntries) {
-  TempDirectory directory;
+  TemporaryDirectory directory;
   BitArray original = SampleArray();
   original.Save(directory.File("sample"));
   ExpectSameEntries(BitArray(directory.File("sample"), BITS, 0), original);
@@ -76,7 +76,7 @@ TEST(BitArray, SavedArraysLoadWithTheSameEntries) {
 }
 
 TEST(BitArray, ZeroBytesBehindTheStreamChangeNothing) {
-  TempDirectory directory;
+  TemporaryDirectory directory;
   BitArray original = SampleArray();
   original.Save(directory.File("sample"));
   std::vector<std::uint8_t> bytes = ReadAll(directory.File("sample"));
@@ -86,7 +86,7 @@ TEST(BitArray, ZeroBytesBehindTheStreamChangeNothing) {
 }
 
 TEST(BitArray, MemoryLimitIsCheckedAfterTheLoad) {
-  TempDirectory directory;
+  TemporaryDirectory directory;
   SampleArray().Save(directory.File("sample"));
   EXPECT_THROW(BitArray(directory.File("sample"), BITS, 1), BitArray_MemoryLimitReached);
   const std::size_t usage = BitArray(directory.File("sample"), BITS, 0).MemoryUsage();
@@ -95,7 +95,7 @@ TEST(BitArray, MemoryLimitIsCheckedAfterTheLoad) {
 }
 
 TEST(BitArray, FailuresAreIOExceptionsWithTheirTexts) {
-  TempDirectory directory;
+  TemporaryDirectory directory;
   try {
     BitArray(directory.File("missing"), BITS, 0);
     FAIL() << "a missing file loaded";
@@ -114,7 +114,7 @@ TEST(BitArray, FailuresAreIOExceptionsWithTheirTexts) {
 // Damaged files: every one either loads or is refused with BitArray_IOException, and probing what
 // loaded stays inside the array.
 TEST(BitArray, FuzzTruncatedAndCorruptFilesNeverCrash) {
-  TempDirectory directory;
+  TemporaryDirectory directory;
   SampleArray().Save(directory.File("sample"));
   const std::vector<std::uint8_t> good = ReadAll(directory.File("sample"));
   std::mt19937 random(20261123);

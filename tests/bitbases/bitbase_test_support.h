@@ -12,7 +12,7 @@
 #include "bitbases/special_bitbases.h"
 #include "shell/tee_stream.h"
 #include "support/datacomp_writer.h"
-#include "support/temp_directory.h"
+#include "support/temporary_directory.h"
 
 // Opens a log of its own in a temporary directory; Text() is everything written to it so far.
 class LogRecorder {
@@ -29,7 +29,7 @@ class LogRecorder {
   }
 
  private:
-  TempDirectory directory_;
+  TemporaryDirectory directory_;
   std::string path_;
 };
 

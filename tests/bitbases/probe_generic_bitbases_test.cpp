@@ -52,7 +52,7 @@ class HandlerTableTest : public BitbaseTest {
     }
   }
 
-  TempDirectory directory_;
+  TemporaryDirectory directory_;
 };
 
 }  // namespace

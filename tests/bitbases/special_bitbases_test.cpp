@@ -44,7 +44,7 @@ class SpecialBitbasesTest : public BitbaseTest {
     WriteBytes(directory_.File(RAMMED_PAWN_FILE_NAME), bytes);
   }
 
-  TempDirectory directory_;
+  TemporaryDirectory directory_;
 };
 
 }  // namespace
@@ -90,10 +90,10 @@ TEST_F(SpecialBitbasesTest, LoadingReportsToTheLogAlone) {
   WriteTwoPawnsFile(TWO_PAWNS_FILE_SIZE);
   LogRecorder log;
   TerminalCapture terminal;
-  LoadBitbases(directory_.Path());
+  LoadBitbases(directory_.Path().string());
   EXPECT_EQ(terminal.Text(), "");
   const std::string text = log.Text();
-  EXPECT_NE(text.find("Loading bitbases (executables directory='" + directory_.Path() +
+  EXPECT_NE(text.find("Loading bitbases (executables directory='" + directory_.Path().string() +
                       "'):\n"
                       "- two pawns bitbases found\n"
                       "- rammed pawn bitbases not found ('" +
@@ -112,7 +112,7 @@ TEST_F(SpecialBitbasesTest, FuzzFilesOfAWrongSizeAreRefusedWithAWarning) {
     WriteTwoPawnsFile(size);
     WriteRammedPawnFile(size == 0 ? 0 : RAMMED_PAWN_FILE_SIZE + 7);
     LogRecorder log;
-    LoadBitbases(directory_.Path());
+    LoadBitbases(directory_.Path().string());
     const std::string text = log.Text();
     EXPECT_NE(text.find("Warning: Failed to open two pawns bitbases.\n"), std::string::npos)
         << size;
@@ -124,17 +124,17 @@ TEST_F(SpecialBitbasesTest, FuzzFilesOfAWrongSizeAreRefusedWithAWarning) {
   std::filesystem::remove(directory_.File(TWO_PAWNS_FILE_NAME));
   std::filesystem::create_directory(directory_.File(TWO_PAWNS_FILE_NAME));
   LogRecorder log;
-  LoadBitbases(directory_.Path());
+  LoadBitbases(directory_.Path().string());
   EXPECT_EQ(two_pawns_data, nullptr);
 }
 
 TEST_F(SpecialBitbasesTest, AFailedReloadKeepsTheFormerMapping) {
   WriteTwoPawnsFile(TWO_PAWNS_FILE_SIZE);
-  LoadBitbases(directory_.Path());
+  LoadBitbases(directory_.Path().string());
   const std::uint8_t* former = two_pawns_data;
-  TempDirectory broken;
+  TemporaryDirectory broken;
   WriteBytes(broken.File(TWO_PAWNS_FILE_NAME), std::vector<std::uint8_t>(100));
-  LoadBitbases(broken.Path());
+  LoadBitbases(broken.Path().string());
   EXPECT_EQ(two_pawns_data, former);
   EXPECT_EQ(ProbeTwoPawns(BLACK, A1, H8, C2, G6), SPECIAL_WIN);
 }
@@ -142,8 +142,8 @@ TEST_F(SpecialBitbasesTest, AFailedReloadKeepsTheFormerMapping) {
 TEST_F(SpecialBitbasesTest, ReloadingLeavesOneMappingPerFile) {
   WriteTwoPawnsFile(TWO_PAWNS_FILE_SIZE);
   WriteRammedPawnFile(RAMMED_PAWN_FILE_SIZE);
-  LoadBitbases(directory_.Path());
-  LoadBitbases(directory_.Path());
+  LoadBitbases(directory_.Path().string());
+  LoadBitbases(directory_.Path().string());
   EXPECT_EQ(MappingsOf(directory_.File(TWO_PAWNS_FILE_NAME)), 1);
   EXPECT_EQ(MappingsOf(directory_.File(RAMMED_PAWN_FILE_NAME)), 1);
   ReleaseSpecialBitbases();

@@ -53,7 +53,7 @@ std::string Describe(const ScorePair& s) {
 }
 
 void ExpectMirrored(const Board& board, bool middlegame, const std::string& where) {
-  SCOPED_TRACE(where + ": " + TestPositions::FenOf(board) + (middlegame ? " middlegame" : " opening"));
+  SCOPED_TRACE(where + ": " + FenOf(board) + (middlegame ? " middlegame" : " opening"));
   const TermValues a = RunTerms(board, middlegame);
   const TermValues b = RunTerms(MirroredBoard(board), middlegame);
   for (int colour = WHITE; colour <= BLACK; ++colour) {

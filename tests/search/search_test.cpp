@@ -84,7 +84,7 @@ TEST_F(SearchTest, DepthOneIsASingleIteration) {
 TEST_F(SearchTest, WinsHangingMaterial) {
   // The black queen on d4 is attacked by the knight and the rook and defended by nothing.
   SearchToDepth("4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1", 3);
-  EXPECT_EQ(BestMoveText(), "Nxd4");
+  EXPECT_TRUE(BestMoveText() == "Nxd4" || BestMoveText() == "Rxd4") << BestMoveText();
   EXPECT_GT(search.score, 500);
 }
 
