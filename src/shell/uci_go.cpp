@@ -1,0 +1,113 @@
+#include "shell/uci_go.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string_view>
+
+#include "chess/basic.h"
+#include "shell/error_command.h"
+
+namespace {
+
+// Without "movestogo" the time is planned as if this many moves were left.
+constexpr std::int64_t ASSUMED_MOVES_LEFT = 30;
+// Against a failing search the hard limit stretches the planned time this many times over.
+constexpr std::int64_t HARD_LIMIT_FACTOR = 5;
+// Of the increment, this share in percent is planned for the move it comes with.
+constexpr std::int64_t INCREMENT_SHARE_PERCENT = 75;
+// Depths beyond the search's own last iteration mean nothing.
+constexpr std::int64_t MAX_DEPTH = 100;
+
+[[noreturn]] void Refuse(std::string_view message, const std::string& line) {
+  throw ErrorCommand(ErrorCommand::error, message, line);
+}
+
+std::int64_t Number(const std::vector<std::string>& tokens, std::size_t& i, std::int64_t minimum,
+                    std::int64_t maximum, const std::string& line) {
+  if (i + 1 >= tokens.size()) Refuse("missing parameters", line);
+  const std::string& text = tokens[++i];
+  std::int64_t value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size())
+    Refuse("integer argument expected", line);
+  if (value < minimum || value > maximum) Refuse("argument out of bounds", line);
+  return value;
+}
+
+bool IsGoWord(std::string_view word) {
+  static constexpr std::string_view WORDS[] = {"wtime", "btime",    "winc",     "binc",
+                                               "movestogo", "movetime", "depth", "nodes",
+                                               "mate",  "infinite", "ponder", "searchmoves"};
+  return std::find(std::begin(WORDS), std::end(WORDS), word) != std::end(WORDS);
+}
+
+// A clock may be reported below zero by a front end that lets a flagged game go on.
+constexpr std::int64_t CLOCK_MIN = -(std::int64_t(1) << 40), CLOCK_MAX = std::int64_t(1) << 40;
+
+}  // namespace
+
+UciGoParameters ParseGoParameters(const std::vector<std::string>& tokens, const std::string& line) {
+  UciGoParameters go;
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    const std::string& word = tokens[i];
+    if (word == "wtime") go.time_ms[WHITE] = Number(tokens, i, CLOCK_MIN, CLOCK_MAX, line);
+    else if (word == "btime") go.time_ms[BLACK] = Number(tokens, i, CLOCK_MIN, CLOCK_MAX, line);
+    else if (word == "winc") go.increment_ms[WHITE] = Number(tokens, i, 0, INT32_MAX, line);
+    else if (word == "binc") go.increment_ms[BLACK] = Number(tokens, i, 0, INT32_MAX, line);
+    else if (word == "movestogo") go.moves_to_go = std::int32_t(Number(tokens, i, 1, INT32_MAX, line));
+    else if (word == "movetime") go.move_time_ms = std::int32_t(Number(tokens, i, 1, INT32_MAX, line));
+    else if (word == "depth") go.depth = std::int32_t(Number(tokens, i, 1, MAX_DEPTH, line));
+    else if (word == "nodes") go.nodes = std::uint64_t(Number(tokens, i, 1, INT64_MAX, line));
+    else if (word == "mate") go.mate = std::int32_t(Number(tokens, i, 1, MAX_DEPTH / 2, line));
+    else if (word == "infinite") go.infinite = true;
+    else if (word == "ponder") go.ponder = true;
+    else if (word == "searchmoves") {
+      while (i + 1 < tokens.size() && !IsGoWord(tokens[i + 1])) go.search_moves.push_back(tokens[++i]);
+      if (go.search_moves.empty()) Refuse("missing parameters", line);
+    } else {
+      Refuse("unknown parameter " + word, line);
+    }
+  }
+  return go;
+}
+
+namespace {
+
+// The two limits from the clock of the side to move. The soft limit is the planned time of this
+// move, which the search's stop rule stretches or shrinks; the hard limit caps that stretch and
+// never reaches into the reserve.
+void ClockLimits(std::int64_t clock_ms, std::int64_t increment_ms, std::int32_t moves_to_go,
+                 SearchRequest& request) {
+  // Five per cent of the clock and the overhead stay untouched, so that a slow answer to one
+  // move can't flag.
+  const std::int64_t usable = clock_ms - clock_ms / 20 - UCI_MOVE_OVERHEAD_MS;
+  // With a move count the last move of the stage keeps one move's share in reserve.
+  const std::int64_t moves = moves_to_go > 0 ? std::int64_t(moves_to_go) + 1 : ASSUMED_MOVES_LEFT;
+  std::int64_t soft = usable / moves + increment_ms * INCREMENT_SHARE_PERCENT / 100;
+  std::int64_t hard = std::min(usable, soft * HARD_LIMIT_FACTOR);
+  hard = std::max<std::int64_t>(hard, UCI_MIN_THINKING_TIME_MS);
+  soft = std::clamp<std::int64_t>(soft, UCI_MIN_THINKING_TIME_MS, hard);
+  request.max_time_limit = std::int32_t(std::min<std::int64_t>(hard, INT32_MAX));
+  request.variable_time_limit = std::int32_t(std::min<std::int64_t>(soft, INT32_MAX));
+}
+
+}  // namespace
+
+SearchRequest UciSearchRequest(const UciGoParameters& go, int side) {
+  SearchRequest request;
+  request.type = go.ponder     ? SearchType::pondering
+                 : go.infinite ? SearchType::analyze
+                               : SearchType::normal;
+  // A mate in n moves lies 2n - 1 plies deep; one more iteration lets it be seen from both sides.
+  request.max_depth = go.depth;
+  if (go.mate > 0) request.max_depth = request.max_depth > 0 ? std::min(request.max_depth, 2 * go.mate)
+                                                             : 2 * go.mate;
+  if (go.infinite) return request;
+  if (go.move_time_ms > 0) {
+    request.max_time_limit = std::int32_t(std::max<std::int64_t>(
+        go.move_time_ms - UCI_MOVE_OVERHEAD_MS, UCI_MIN_THINKING_TIME_MS));
+  } else if (go.time_ms[side] != UciGoParameters::NO_CLOCK) {
+    ClockLimits(go.time_ms[side], go.increment_ms[side], go.moves_to_go, request);
+  }
+  return request;
+}
