@@ -15,6 +15,8 @@ constexpr std::int64_t ASSUMED_MOVES_LEFT = 30;
 constexpr std::int64_t HARD_LIMIT_FACTOR = 5;
 // Of the increment, this share in percent is planned for the move it comes with.
 constexpr std::int64_t INCREMENT_SHARE_PERCENT = 75;
+// No move plans to use more than this share of what is left.
+constexpr std::int64_t SHORT_CLOCK_SHARE = 3;
 // Depths beyond the search's own last iteration mean nothing.
 constexpr std::int64_t MAX_DEPTH = 100;
 
@@ -83,7 +85,10 @@ void ClockLimits(std::int64_t clock_ms, std::int64_t increment_ms, std::int32_t 
   const std::int64_t usable = clock_ms - clock_ms / 20 - UCI_MOVE_OVERHEAD_MS;
   // With a move count the last move of the stage keeps one move's share in reserve.
   const std::int64_t moves = moves_to_go > 0 ? std::int64_t(moves_to_go) + 1 : ASSUMED_MOVES_LEFT;
-  std::int64_t soft = usable / moves + increment_ms * INCREMENT_SHARE_PERCENT / 100;
+  // On a short clock the increment is not spent in advance: a move must then cost less than it
+  // brings, the way to the front end included, or the clock never recovers.
+  std::int64_t soft = std::min(usable / moves + increment_ms * INCREMENT_SHARE_PERCENT / 100,
+                               usable / SHORT_CLOCK_SHARE);
   std::int64_t hard = std::min(usable, soft * HARD_LIMIT_FACTOR);
   hard = std::max<std::int64_t>(hard, UCI_MIN_THINKING_TIME_MS);
   soft = std::clamp<std::int64_t>(soft, UCI_MIN_THINKING_TIME_MS, hard);

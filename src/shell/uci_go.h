@@ -32,5 +32,6 @@ SearchRequest UciSearchRequest(const UciGoParameters& go, int side);
 
 // Kept back from every move's time, for the way through the front end and its adapters.
 inline constexpr std::int64_t UCI_MOVE_OVERHEAD_MS = 30;
-// No limit falls below this: even a flagged clock gets a move.
-inline constexpr std::int32_t UCI_MIN_THINKING_TIME_MS = 10;
+// No limit falls below this: even a flagged clock gets a move, and one that costs less than a
+// small increment, so that the clock can recover.
+inline constexpr std::int32_t UCI_MIN_THINKING_TIME_MS = 1;

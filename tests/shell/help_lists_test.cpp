@@ -33,9 +33,9 @@ std::size_t LongestCommand(const std::vector<HelpEntry>& list) {
   return longest;
 }
 
-TEST(CommandHelpList, HasEverySixtyOneEntrySortedWithoutDuplicates) {
+TEST(CommandHelpList, HasEverySixtyTwoEntrySortedWithoutDuplicates) {
   const std::vector<std::string> commands = Commands(CommandHelpList());
-  EXPECT_EQ(commands.size(), 61u);
+  EXPECT_EQ(commands.size(), 62u);
   EXPECT_TRUE(StrictlySorted(commands));
   ASSERT_GE(commands.size(), 2u);
   EXPECT_EQ(commands[0], "\".\"");
