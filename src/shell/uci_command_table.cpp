@@ -23,18 +23,20 @@ CommandPtr Make(const Tokens&, const std::string& line) {
 
 // The words of a "setoption" line between "name" and "value", and behind "value".
 CommandPtr MakeSetOption(const Tokens& tokens, const std::string& line) {
-  if (tokens.size() < 3 || tokens[1] != "name") throw ErrorCommand(ErrorCommand::error, "missing parameters", line);
+  if (tokens.size() < 3 || tokens[1] != "name")
+    throw ErrorCommand(ErrorCommand::error, "missing parameters", line);
   std::string name, value;
   std::size_t i = 2;
-  for (; i < tokens.size() && tokens[i] != "value"; ++i) name += (name.empty() ? "" : " ") + tokens[i];
+  for (; i < tokens.size() && tokens[i] != "value"; ++i)
+    name += (name.empty() ? "" : " ") + tokens[i];
   for (++i; i < tokens.size(); ++i) value += (value.empty() ? "" : " ") + tokens[i];
   if (name.empty()) throw ErrorCommand(ErrorCommand::error, "missing parameters", line);
   return std::make_unique<Command_SetOption>(line, name, value);
 }
 
 CommandPtr MakeGo(const Tokens& tokens, const std::string& line) {
-  return std::make_unique<Command_UciGo>(line,
-                                         ParseGoParameters(Tokens(tokens.begin() + 1, tokens.end()), line));
+  return std::make_unique<Command_UciGo>(
+      line, ParseGoParameters(Tokens(tokens.begin() + 1, tokens.end()), line));
 }
 
 CommandPtr MakePosition(const Tokens& tokens, const std::string& line) {

@@ -15,7 +15,8 @@ namespace {
 
 UciProtocol& Uci(const Command& command, GameState& game) {
   auto* protocol = dynamic_cast<UciProtocol*>(&game.Protocol());
-  if (protocol == nullptr) throw ErrorCommand(ErrorCommand::error, "command not legal now", command.line);
+  if (protocol == nullptr)
+    throw ErrorCommand(ErrorCommand::error, "command not legal now", command.line);
   return *protocol;
 }
 

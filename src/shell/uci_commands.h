@@ -40,7 +40,8 @@ class Command_Position : public Command {
 
 class Command_UciGo : public Command {
  public:
-  Command_UciGo(std::string line, UciGoParameters go) : Command(std::move(line)), go(std::move(go)) {}
+  Command_UciGo(std::string line, UciGoParameters go)
+      : Command(std::move(line)), go(std::move(go)) {}
   void Execute(GameState& game) override;
   UciGoParameters go;
 

@@ -36,15 +36,45 @@ std::int64_t Number(const std::vector<std::string>& tokens, std::size_t& i, std:
   return value;
 }
 
-bool IsGoWord(std::string_view word) {
-  static constexpr std::string_view WORDS[] = {"wtime", "btime",    "winc",     "binc",
-                                               "movestogo", "movetime", "depth", "nodes",
-                                               "mate",  "infinite", "ponder", "searchmoves"};
-  return std::find(std::begin(WORDS), std::end(WORDS), word) != std::end(WORDS);
-}
-
 // A clock may be reported below zero by a front end that lets a flagged game go on.
 constexpr std::int64_t CLOCK_MIN = -(std::int64_t(1) << 40), CLOCK_MAX = std::int64_t(1) << 40;
+
+// The parameters that take a number: the word, the range, and where the number goes.
+struct NumberWord {
+  std::string_view word;
+  std::int64_t minimum, maximum;
+  void (*store)(UciGoParameters& go, std::int64_t value);
+};
+
+constexpr NumberWord NUMBER_WORDS[] = {
+    {"wtime", CLOCK_MIN, CLOCK_MAX,
+     [](UciGoParameters& go, std::int64_t v) { go.time_ms[WHITE] = v; }},
+    {"btime", CLOCK_MIN, CLOCK_MAX,
+     [](UciGoParameters& go, std::int64_t v) { go.time_ms[BLACK] = v; }},
+    {"winc", 0, INT32_MAX, [](UciGoParameters& go, std::int64_t v) { go.increment_ms[WHITE] = v; }},
+    {"binc", 0, INT32_MAX, [](UciGoParameters& go, std::int64_t v) { go.increment_ms[BLACK] = v; }},
+    {"movestogo", 1, INT32_MAX,
+     [](UciGoParameters& go, std::int64_t v) { go.moves_to_go = std::int32_t(v); }},
+    {"movetime", 1, INT32_MAX,
+     [](UciGoParameters& go, std::int64_t v) { go.move_time_ms = std::int32_t(v); }},
+    {"depth", 1, MAX_DEPTH,
+     [](UciGoParameters& go, std::int64_t v) { go.depth = std::int32_t(v); }},
+    {"nodes", 1, INT64_MAX,
+     [](UciGoParameters& go, std::int64_t v) { go.nodes = std::uint64_t(v); }},
+    {"mate", 1, MAX_DEPTH / 2,
+     [](UciGoParameters& go, std::int64_t v) { go.mate = std::int32_t(v); }},
+};
+
+const NumberWord* FindNumberWord(std::string_view word) {
+  for (const NumberWord& entry : NUMBER_WORDS)
+    if (entry.word == word) return &entry;
+  return nullptr;
+}
+
+bool IsGoWord(std::string_view word) {
+  return FindNumberWord(word) != nullptr || word == "infinite" || word == "ponder" ||
+         word == "searchmoves";
+}
 
 }  // namespace
 
@@ -52,19 +82,15 @@ UciGoParameters ParseGoParameters(const std::vector<std::string>& tokens, const 
   UciGoParameters go;
   for (std::size_t i = 0; i < tokens.size(); ++i) {
     const std::string& word = tokens[i];
-    if (word == "wtime") go.time_ms[WHITE] = Number(tokens, i, CLOCK_MIN, CLOCK_MAX, line);
-    else if (word == "btime") go.time_ms[BLACK] = Number(tokens, i, CLOCK_MIN, CLOCK_MAX, line);
-    else if (word == "winc") go.increment_ms[WHITE] = Number(tokens, i, 0, INT32_MAX, line);
-    else if (word == "binc") go.increment_ms[BLACK] = Number(tokens, i, 0, INT32_MAX, line);
-    else if (word == "movestogo") go.moves_to_go = std::int32_t(Number(tokens, i, 1, INT32_MAX, line));
-    else if (word == "movetime") go.move_time_ms = std::int32_t(Number(tokens, i, 1, INT32_MAX, line));
-    else if (word == "depth") go.depth = std::int32_t(Number(tokens, i, 1, MAX_DEPTH, line));
-    else if (word == "nodes") go.nodes = std::uint64_t(Number(tokens, i, 1, INT64_MAX, line));
-    else if (word == "mate") go.mate = std::int32_t(Number(tokens, i, 1, MAX_DEPTH / 2, line));
-    else if (word == "infinite") go.infinite = true;
-    else if (word == "ponder") go.ponder = true;
-    else if (word == "searchmoves") {
-      while (i + 1 < tokens.size() && !IsGoWord(tokens[i + 1])) go.search_moves.push_back(tokens[++i]);
+    if (const NumberWord* number = FindNumberWord(word)) {
+      number->store(go, Number(tokens, i, number->minimum, number->maximum, line));
+    } else if (word == "infinite") {
+      go.infinite = true;
+    } else if (word == "ponder") {
+      go.ponder = true;
+    } else if (word == "searchmoves") {
+      while (i + 1 < tokens.size() && !IsGoWord(tokens[i + 1]))
+        go.search_moves.push_back(tokens[++i]);
       if (go.search_moves.empty()) Refuse("missing parameters", line);
     } else {
       Refuse("unknown parameter " + word, line);
@@ -105,12 +131,13 @@ SearchRequest UciSearchRequest(const UciGoParameters& go, int side) {
                                : SearchType::normal;
   // A mate in n moves lies 2n - 1 plies deep; one more iteration lets it be seen from both sides.
   request.max_depth = go.depth;
-  if (go.mate > 0) request.max_depth = request.max_depth > 0 ? std::min(request.max_depth, 2 * go.mate)
-                                                             : 2 * go.mate;
+  if (go.mate > 0)
+    request.max_depth =
+        request.max_depth > 0 ? std::min(request.max_depth, 2 * go.mate) : 2 * go.mate;
   if (go.infinite) return request;
   if (go.move_time_ms > 0) {
-    request.max_time_limit = std::int32_t(std::max<std::int64_t>(
-        go.move_time_ms - UCI_MOVE_OVERHEAD_MS, UCI_MIN_THINKING_TIME_MS));
+    request.max_time_limit = std::int32_t(
+        std::max<std::int64_t>(go.move_time_ms - UCI_MOVE_OVERHEAD_MS, UCI_MIN_THINKING_TIME_MS));
   } else if (go.time_ms[side] != UciGoParameters::NO_CLOCK) {
     ClockLimits(go.time_ms[side], go.increment_ms[side], go.moves_to_go, request);
   }

@@ -12,11 +12,11 @@ struct UciGoParameters {
   static constexpr std::int64_t NO_CLOCK = INT64_MIN;
   std::int64_t time_ms[2] = {NO_CLOCK, NO_CLOCK};
   std::int64_t increment_ms[2] = {0, 0};
-  std::int32_t moves_to_go = 0;     // 0: to the end of the game
-  std::int32_t move_time_ms = 0;    // 0: none
-  std::int32_t depth = 0;           // 0: none
-  std::uint64_t nodes = 0;          // 0: none
-  std::int32_t mate = 0;            // moves, 0: none
+  std::int32_t moves_to_go = 0;   // 0: to the end of the game
+  std::int32_t move_time_ms = 0;  // 0: none
+  std::int32_t depth = 0;         // 0: none
+  std::uint64_t nodes = 0;        // 0: none
+  std::int32_t mate = 0;          // moves, 0: none
   bool infinite = false;
   bool ponder = false;
   std::vector<std::string> search_moves;

@@ -9,15 +9,18 @@
 #include "shell/time_point.h"
 
 std::string UciScoreText(std::int32_t score) {
-  if (score >= -(MATE_THRESHOLD + 1) && score <= MATE_THRESHOLD + 1) return "cp " + std::to_string(score);
+  if (score >= -(MATE_THRESHOLD + 1) && score <= MATE_THRESHOLD + 1)
+    return "cp " + std::to_string(score);
   const int plies = MATE - (score < 0 ? -score : score);
   const int moves = (plies - 1) / 2 + 1;
   return "mate " + std::to_string(score < 0 ? -moves : moves);
 }
 
+// The engine's coordinates leave a queen promotion unmarked; UCI names every promotion.
 std::string UciMoveText(const Board& board, Move move) {
   std::string text = MoveToText(board, move, COORDINATE_NOTATION);
   for (char& c : text) c = char(std::tolower(static_cast<unsigned char>(c)));
+  if (IsPromotion(move) && PromotionType(move) == QUEEN) text += 'q';
   return text;
 }
 
@@ -48,7 +51,8 @@ std::string UciPvInfo(const SerialSearch& search, std::int32_t score, std::strin
   const std::vector<std::string> moves = UciLineText(search.game, line);
   const std::size_t depth = std::size_t(std::max<std::int32_t>(search.depth, 1));
   std::string text = "info depth " + std::to_string(depth) + " seldepth " +
-                     std::to_string(std::max(depth, moves.size())) + " score " + UciScoreText(score);
+                     std::to_string(std::max(depth, moves.size())) + " score " +
+                     UciScoreText(score);
   if (!bound.empty()) text += " " + std::string(bound);
   text += Counters(search);
   if (!moves.empty()) text += " pv";
@@ -62,5 +66,10 @@ std::string UciProgressInfo(const SerialSearch& search, std::uint32_t hashfull_p
     text += " currmove " + UciMoveText(search.game.current, search.current_move) +
             " currmovenumber " + std::to_string(search.moves_total - search.moves_left + 1);
   }
+  // The best move far outside the window it was expected in: what is known of its score.
+  if (search.searching_best_root_move && search.fail_state == SearchClock::FAILED_LOW)
+    text += " score " + UciScoreText(search.clock.upperbound) + " upperbound";
+  if (search.searching_best_root_move && search.fail_state == SearchClock::FAILED_HIGH)
+    text += " score " + UciScoreText(search.clock.lowerbound) + " lowerbound";
   return text + Counters(search) + " hashfull " + std::to_string(hashfull_permille) + "\n";
 }

@@ -26,5 +26,6 @@ std::vector<std::string> UciLineText(const UserBoard& game, const std::vector<Mo
 std::string UciPvInfo(const SerialSearch& search, std::int32_t score, std::string_view bound,
                       const std::vector<Move>& line);
 
-// "info depth .. currmove .. currmovenumber .. nodes .. nps .. time .. hashfull ..".
+// "info depth .. currmove .. currmovenumber [score .. lowerbound|upperbound] nodes .. nps .. time
+// .. hashfull ..", the bound while the best move has failed high or low.
 std::string UciProgressInfo(const SerialSearch& search, std::uint32_t hashfull_permille);

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "bitbases/tablebases.h"
+#include "chess/basic.h"
 #include "evaluation/personalities.h"
 #include "search/hash.h"
 #include "search/setting_bindings.h"
@@ -24,6 +25,8 @@ constexpr std::int64_t MIB = std::int64_t{1} << 20;
 constexpr std::int64_t MAX_HASH_MIB = 65536;
 constexpr std::int64_t MAX_NALIMOV_CACHE_MIB = 1024;
 constexpr std::int32_t MAX_PERSONALITY = 1000;
+// Contempt is a score, and no score is beyond a mate.
+constexpr std::int64_t MAX_CONTEMPT = MATE;
 // The UCI word for an empty string option.
 constexpr const char* EMPTY_STRING_VALUE = "<empty>";
 
@@ -46,7 +49,8 @@ std::int64_t SpinValue(const std::string& text) {
 
 UciOption Spin(std::string name, std::int64_t value, std::int64_t minimum, std::int64_t maximum,
                decltype(UciOption::apply) apply) {
-  return {std::move(name), Kind::spin, std::to_string(value), minimum, maximum, {}, std::move(apply)};
+  return {std::move(name), Kind::spin, std::to_string(value), minimum,
+          maximum,         {},         std::move(apply)};
 }
 
 UciOption Check(std::string name, bool value, decltype(UciOption::apply) apply) {
@@ -117,24 +121,24 @@ std::vector<std::string> PersonalityNames() {
 }
 
 void AddSearchSettings(std::vector<UciOption>& options) {
-  for (const OptimizeInterface::SettingBinding& setting : OptimizeInterface::SearchSettingBindings()) {
+  for (const OptimizeInterface::SettingBinding& setting :
+       OptimizeInterface::SearchSettingBindings()) {
     const std::string name(setting.name);
     if (setting.booleans != nullptr) {
       bool* global = setting.booleans;
-      options.push_back(Check(name, *global, [global](GameState&, UciProtocol&,
-                                                      const std::string& value, const std::string&) {
-        *global = value == "true";
-      }));
+      options.push_back(Check(name, *global,
+                              [global](GameState&, UciProtocol&, const std::string& value,
+                                       const std::string&) { *global = value == "true"; }));
       continue;
     }
     for (std::int32_t i = 0; i < setting.size; ++i) {
       std::int32_t* global = setting.integers + i;
       const std::string element = setting.size == 1 ? name : name + "[" + std::to_string(i) + "]";
-      options.push_back(Spin(element, *global, setting.minimum, setting.maximum,
-                             [global](GameState&, UciProtocol&, const std::string& value,
-                                      const std::string&) {
-                               *global = std::int32_t(SpinValue(value));
-                             }));
+      options.push_back(
+          Spin(element, *global, setting.minimum, setting.maximum,
+               [global](GameState&, UciProtocol&, const std::string& value, const std::string&) {
+                 *global = std::int32_t(SpinValue(value));
+               }));
     }
   }
 }
@@ -148,7 +152,7 @@ std::vector<UciOption> UciOptions() {
       // The front end decides when the engine ponders; the option only tells it that it may.
       Check("Ponder", false, nothing),
       {"Clear Hash", Kind::button, "", 0, 0, {}, ClearHash},
-      Spin("Contempt", 0, -32767, 32767, ApplyContempt),
+      Spin("Contempt", 0, -MAX_CONTEMPT, MAX_CONTEMPT, ApplyContempt),
       {"Personality", Kind::combo, PersonalityName(0), 0, 0, PersonalityNames(), ApplyPersonality},
       {"NalimovPath", Kind::string, EMPTY_STRING_VALUE, 0, 0, {}, ApplyNalimovPath},
       Spin("NalimovCache", UciProtocol::DEFAULT_NALIMOV_CACHE_MIB, 0, MAX_NALIMOV_CACHE_MIB,
@@ -163,7 +167,8 @@ std::vector<UciOption> UciOptions() {
 std::string UciOptionLine(const UciOption& option) {
   std::string line = "option name " + option.name + " type ";
   switch (option.kind) {
-    case Kind::check: return line + "check default " + option.default_value;
+    case Kind::check:
+      return line + "check default " + option.default_value;
     case Kind::spin:
       return line + "spin default " + option.default_value + " min " +
              std::to_string(option.minimum) + " max " + std::to_string(option.maximum);
@@ -171,8 +176,10 @@ std::string UciOptionLine(const UciOption& option) {
       line += "combo default " + option.default_value;
       for (const std::string& value : option.values) line += " var " + value;
       return line;
-    case Kind::button: return line + "button";
-    case Kind::string: return line + "string default " + option.default_value;
+    case Kind::button:
+      return line + "button";
+    case Kind::string:
+      return line + "string default " + option.default_value;
   }
   return line;
 }
@@ -180,7 +187,8 @@ std::string UciOptionLine(const UciOption& option) {
 namespace {
 
 // The value as the option's apply takes it, or a refusal.
-std::string CheckedValue(const UciOption& option, const std::string& value, const std::string& line) {
+std::string CheckedValue(const UciOption& option, const std::string& value,
+                         const std::string& line) {
   switch (option.kind) {
     case Kind::check:
       if (value != "true" && value != "false") Refuse("could not parse boolean: " + value, line);
@@ -196,8 +204,9 @@ std::string CheckedValue(const UciOption& option, const std::string& value, cons
       return value;
     }
     case Kind::combo: {
-      const auto found = std::find_if(option.values.begin(), option.values.end(),
-                                      [&](const std::string& v) { return Lower(v) == Lower(value); });
+      const auto found =
+          std::find_if(option.values.begin(), option.values.end(),
+                       [&](const std::string& v) { return Lower(v) == Lower(value); });
       if (found == option.values.end()) Refuse("invalid argument(s)", line);
       return *found;
     }

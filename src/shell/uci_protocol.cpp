@@ -59,7 +59,8 @@ void UciProtocol::Initialize() {
 }
 
 void UciProtocol::SendIdentification() const {
-  std::string text = std::string("id name Brask ") + VERSION_NUMBER + "\nid author " + AUTHORS + "\n";
+  std::string text =
+      std::string("id name Brask ") + VERSION_NUMBER + "\nid author " + AUTHORS + "\n";
   for (const UciOption& option : UciOptions()) text += UciOptionLine(option) + "\n";
   Say(text + "uciok\n");
 }
@@ -75,7 +76,9 @@ void UciProtocol::ReportPredictedMoveMade(const std::string& text) {
   SayToLog("Predicted move made (" + text + ")");
 }
 
-void UciProtocol::ReportCommandIgnored(const std::string& text) { Say("info string " + text + "\n"); }
+void UciProtocol::ReportCommandIgnored(const std::string& text) {
+  Say("info string " + text + "\n");
+}
 
 void UciProtocol::SendError(const std::string& text) { SendWarning(text); }
 
@@ -94,7 +97,8 @@ void UciProtocol::DisplayPositionAfterChange(const GameState& game) {
 }
 
 void UciProtocol::ReportIterationStart(int iteration) {
-  if (iteration == 1 && owes_best_move && !search_moves.empty()) RestrictRootMoves(*search, search_moves);
+  if (iteration == 1 && owes_best_move && !search_moves.empty())
+    RestrictRootMoves(*search, search_moves);
   BasicProtocol::ReportIterationStart(iteration);
 }
 

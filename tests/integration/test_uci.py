@@ -16,10 +16,12 @@ PV_INFO = re.compile(r"^info depth (\d+) seldepth (\d+) score (cp -?\d+|mate -?\
                      r"(?: (lowerbound|upperbound))? nodes (\d+) nps (\d+) time (\d+)"
                      r"(?: pv((?: [a-h][1-8][a-h][1-8][qrbn]?)+))?$")
 PROGRESS_INFO = re.compile(r"^info depth \d+(?: currmove [a-h][1-8][a-h][1-8][qrbn]? "
-                           r"currmovenumber \d+)? nodes \d+ nps \d+ time \d+ hashfull \d+$")
+                           r"currmovenumber \d+)?(?: score (?:cp|mate) -?\d+ (?:lower|upper)bound)?"
+                           r" nodes \d+ nps \d+ time \d+ hashfull \d+$")
 # White mates in 2 (1.Kb6 or 1.Kc7, then the rook mates on the eighth rank).
 MATE_IN_2 = "k7/8/2K5/8/8/8/8/7R w - - 0 1"
 STALEMATE = "k7/2Q5/1K6/8/8/8/8/8 b - - 0 1"
+PROMOTION_MATES = "k7/2P5/1K6/8/8/8/8/8 w - - 0 1"
 
 
 def uci_session():
@@ -121,6 +123,11 @@ def test_searches_by_depth_nodes_mate_and_search_moves():
         move, _, skipped = best_move(session, 10)
         expect(move in ("c6b6", "c6c7"), f"the mating king move: {move}")
         expect(any(" score mate 2 " in line for line in skipped), "the mate announced")
+
+        # Mate by promotion: to a queen or a rook, and the piece is always named.
+        session.send(f"position fen {PROMOTION_MATES}", "go depth 3")
+        move, _, _ = best_move(session, 10)
+        expect(move in ("c7c8q", "c7c8r"), f"the promotion that mates: {move}")
 
         session.send("position startpos", "go nodes 5000 wtime 100000 btime 100000")
         move, _, _ = best_move(session, 15)

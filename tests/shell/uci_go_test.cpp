@@ -17,7 +17,9 @@ std::vector<std::string> Words(const std::string& text) {
   return words;
 }
 
-UciGoParameters Parse(const std::string& text) { return ParseGoParameters(Words(text), "go " + text); }
+UciGoParameters Parse(const std::string& text) {
+  return ParseGoParameters(Words(text), "go " + text);
+}
 
 TEST(UciGoParsing, ReadsEveryParameter) {
   const UciGoParameters go = Parse(
@@ -63,7 +65,8 @@ TEST(UciGoParsing, RefusesBadInputWithItsReason) {
       {"movetime -5", "Error (argument out of bounds): go movetime -5"},
       {"winc -1", "Error (argument out of bounds): go winc -1"},
       {"movestogo 0", "Error (argument out of bounds): go movestogo 0"},
-      {"nodes 99999999999999999999", "Error (integer argument expected): go nodes 99999999999999999999"},
+      {"nodes 99999999999999999999",
+       "Error (integer argument expected): go nodes 99999999999999999999"},
       {"wtime 1000 fast", "Error (unknown parameter fast): go wtime 1000 fast"},
       {"searchmoves", "Error (missing parameters): go searchmoves"},
       {"searchmoves depth 3", "Error (missing parameters): go searchmoves depth 3"},
@@ -99,7 +102,8 @@ TEST(UciSearchRequest, KindAndDepthFollowTheParameters) {
 }
 
 TEST(UciSearchRequest, WithoutClockOrMoveTimeThereIsNoTimeLimit) {
-  for (const char* text : {"infinite wtime 1000 btime 1000", "depth 5", "nodes 1000", "btime 500"}) {
+  for (const char* text :
+       {"infinite wtime 1000 btime 1000", "depth 5", "nodes 1000", "btime 500"}) {
     const SearchRequest request = UciSearchRequest(Parse(text), WHITE);
     EXPECT_EQ(request.max_time_limit, 0) << text;
     EXPECT_EQ(request.variable_time_limit, 0) << text;
@@ -126,9 +130,8 @@ TEST(UciSearchRequest, LimitsStayInsideTheClock) {
   const struct {
     std::int64_t clock, increment;
     int moves_to_go;
-  } cases[] = {{1000, 10, 0},    {100, 0, 0},       {10000, 100, 0}, {300000, 0, 40},
-               {5000, 0, 1},     {60, 1000, 0},     {-300, 0, 0},    {0, 0, 0},
-               {3600000, 30000, 0}, {2000, 0, 2}};
+  } cases[] = {{1000, 10, 0}, {100, 0, 0},  {10000, 100, 0}, {300000, 0, 40},     {5000, 0, 1},
+               {60, 1000, 0}, {-300, 0, 0}, {0, 0, 0},       {3600000, 30000, 0}, {2000, 0, 2}};
   for (const auto& c : cases) {
     UciGoParameters go;
     go.time_ms[WHITE] = c.clock;
