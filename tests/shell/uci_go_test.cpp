@@ -148,11 +148,6 @@ TEST(UciSearchRequest, LimitsStayInsideTheClock) {
   }
 }
 
-TEST(UciSearchRequest, TheLastMoveBeforeTheControlMayUseTheUsableClock) {
-  const SearchRequest request = UciSearchRequest(Parse("wtime 5000 btime 5000 movestogo 1"), WHITE);
-  EXPECT_EQ(request.max_time_limit, 5000 - 250 - UCI_MOVE_OVERHEAD_MS);
-}
-
 // A game at 1 s + 0.01 s a move: even a search that runs into the hard limit at every move, with
 // a front end that takes a few milliseconds more each time, keeps the clock above zero for
 // longer than games last.

@@ -2,62 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <memory>
 
 #include "search/optimize_interface.h"
 #include "search/search_settings.h"
-#include "search/setting_bindings.h"
 #include "shell/error_command.h"
 #include "shell/game_state.h"
 #include "shell/uci_protocol.h"
 
 namespace BraskInterfaces {
 namespace {
-
-TEST(UciOptionLine, EachKindInTheWordsOfTheProtocol) {
-  const auto none = [](GameState&, UciProtocol&, const std::string&, const std::string&) {};
-  using Kind = UciOption::Kind;
-  const struct {
-    UciOption option;
-    const char* line;
-  } cases[] = {
-      {{"Hash", Kind::spin, "32", 1, 64, {}, none},
-       "option name Hash type spin default 32 min 1 max 64"},
-      {{"Ponder", Kind::check, "false", 0, 0, {}, none},
-       "option name Ponder type check default false"},
-      {{"Clear Hash", Kind::button, "", 0, 0, {}, none}, "option name Clear Hash type button"},
-      {{"Style", Kind::combo, "B", 0, 0, {"A", "B"}, none},
-       "option name Style type combo default B var A var B"},
-      {{"Path", Kind::string, "<empty>", 0, 0, {}, none},
-       "option name Path type string default <empty>"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(UciOptionLine(c.option), c.line);
-}
-
-TEST(UciOptions, EverySearchSettingWithItsRangeAndPresentValue) {
-  const std::vector<UciOption> options = UciOptions();
-  std::size_t settings = 0;
-  for (const OptimizeInterface::SettingBinding& setting :
-       OptimizeInterface::SearchSettingBindings()) {
-    for (std::int32_t i = 0; i < setting.size; ++i, ++settings) {
-      const std::string name = setting.size == 1
-                                   ? std::string(setting.name)
-                                   : std::string(setting.name) + "[" + std::to_string(i) + "]";
-      const auto found = std::find_if(options.begin(), options.end(),
-                                      [&](const UciOption& o) { return o.name == name; });
-      ASSERT_NE(found, options.end()) << name;
-      if (setting.booleans != nullptr) {
-        EXPECT_EQ(found->default_value, *setting.booleans ? "true" : "false") << name;
-      } else {
-        EXPECT_EQ(found->default_value, std::to_string(setting.integers[i])) << name;
-        EXPECT_EQ(found->minimum, setting.minimum) << name;
-        EXPECT_EQ(found->maximum, setting.maximum) << name;
-      }
-    }
-  }
-  EXPECT_EQ(options.size(), settings + 8);
-}
 
 class SetUciOptionTest : public ::testing::Test {
  protected:
