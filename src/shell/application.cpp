@@ -98,6 +98,7 @@ void Application::ExecuteNextCommand() {
 }
 
 void Application::PollInput() {
+  game->Protocol().WatchSearch(*game);
   for (;;) {
     if (input_lines.empty() && commands.empty()) {
       if (!InputAvailable()) return;

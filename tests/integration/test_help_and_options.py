@@ -6,7 +6,7 @@ Usage: test_help_and_options.py BUILD_DIR
 """
 from engine_session import expect, expect_equal, log_only_reports, run, run_tests
 
-COMMAND_COUNT = 61
+COMMAND_COUNT = 62
 STARTUP_WORDS = ["contempt", "easy", "eval", "generate", "hash", "help", "id", "level",
                  "modify_settings", "personality", "probe", "protover", "quit", "read_fen",
                  "read_pgn", "read_settings", "sd", "setboard", "st", "tb", "tc", "verify",

@@ -40,7 +40,7 @@ TEST(SortedHelpList, IgnoresCaseKeepsTheFirstOfEqualCommandsAndPutsPunctuationFi
 
 TEST(HelpLists, AreSortedAndComplete) {
   const std::vector<std::string> commands = Commands(CommandHelpList());
-  EXPECT_EQ(commands.size(), 61u);
+  EXPECT_EQ(commands.size(), 62u);
   EXPECT_TRUE(StrictlySorted(commands));
   EXPECT_EQ(commands.front(), "\".\"");
   EXPECT_EQ(commands.back(), "xboard");
