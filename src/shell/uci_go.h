@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/search_request.h"
+#include "shell/engine_states.h"
 
 struct UciGoParameters {
   // Indexed by colour. A time of NO_CLOCK means the front end sent none for that side.
