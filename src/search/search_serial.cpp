@@ -135,7 +135,7 @@ void SerialSearch::SearchIteration(int root_type) {
   current_move = first.move;
   current_move_text = first.text;
   searching_best_root_move = true;
-  score = FindScore(first, root_type, -MATE_SCORE, MATE_SCORE, score);
+  score = FindScore(first, root_type, -MATE, MATE, score);
   --moves_left;
   best_move = first.move;
   RebuildBestLine(first);
@@ -160,7 +160,7 @@ void SerialSearch::TestOtherRootMoves(int root_type) {
       best_move = root_moves[0]->move;
       RebuildBestLine(*root_moves[0]);
       searching_best_root_move = true;
-      const std::int32_t value = FindScore(*root_moves[0], root_type, score, MATE_SCORE, score + 10);
+      const std::int32_t value = FindScore(*root_moves[0], root_type, score, MATE, score + 10);
       if (value <= score) {
         // The move beat the score once and not again: keep the old move, second to the candidate.
         clock.instability = true;

@@ -53,7 +53,7 @@ TEST_F(SearchTest, FindsMateInTwo) {
   SearchToDepth("k7/8/2K5/8/8/8/8/7R w - - 0 1", 4);
   // Kb6 and Kc7 both leave the king a single square, and the rook mates on the next move.
   EXPECT_TRUE(BestMoveText() == "Kb6" || BestMoveText() == "Kc7") << BestMoveText();
-  EXPECT_EQ(search.score, MATE_SCORE - 3);
+  EXPECT_EQ(search.score, MATE - 3);
   ASSERT_GE(search.best_line.size(), 3u);
   EXPECT_EQ(search.best_line[2].text.back(), '#');
 }
@@ -61,7 +61,7 @@ TEST_F(SearchTest, FindsMateInTwo) {
 TEST_F(SearchTest, FindsMateInThree) {
   SearchToDepth("r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1", 6);
   EXPECT_EQ(BestMoveText(), "Ra6+");
-  EXPECT_EQ(search.score, MATE_SCORE - 5);
+  EXPECT_EQ(search.score, MATE - 5);
   ASSERT_GE(search.best_line.size(), 5u);
   EXPECT_EQ(search.best_line[4].text.back(), '#');
 }
@@ -110,26 +110,26 @@ TEST_F(SearchTest, MateInTheNodeAndTheMateBounds) {
   // Mated at ply 0: -32767, so every beta above it fails low.
   EXPECT_EQ(Node(mated, -32766, 64, 0), -32767);
   // No line is better than mating at once: a beta at the mate bound of the ply fails low...
-  EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", MATE_SCORE, 640, 0), MATE_SCORE - 1);
+  EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", MATE, 640, 0), MATE - 1);
   // ... and none is worse than being mated now.
-  EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", -MATE_SCORE, 640, 0), -MATE_SCORE);
+  EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", -MATE, 640, 0), -MATE);
 }
 
 TEST_F(SearchTest, AMateScoreInTheTableIsRelativeToTheNode) {
   const std::uint64_t key = 0x123456789ABCDEFULL;
   // Found at ply 3: mate at ply 7 of the search, four plies behind the node.
-  const Score at_ply_3 = MATE_SCORE - 7;
+  const Score at_ply_3 = MATE - 7;
   TRANSPOSITION_TABLE.Store(
       MakeBoundEntry(key, INVALID, 1, 0, 256, ToNodeRelative(at_ply_3, 3), true));
   Move move = INVALID;
   int type = 0;
   int flags = 0;
   // Reached again at ply 1, the same mate is at ply 5.
-  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 1, 256, MATE_SCORE - 5, move, type, flags),
+  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 1, 256, MATE - 5, move, type, flags),
             HASH_AT_LEAST_BETA);
-  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 1, 256, MATE_SCORE - 4, move, type, flags),
+  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 1, 256, MATE - 4, move, type, flags),
             HASH_UNDECIDED);
   // And at ply 5 it is at ply 9.
-  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 5, 256, MATE_SCORE - 9, move, type, flags),
+  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 5, 256, MATE - 9, move, type, flags),
             HASH_AT_LEAST_BETA);
 }
