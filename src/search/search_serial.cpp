@@ -274,8 +274,8 @@ bool SerialSearch::IsRefuted(RootMove& root_move, int position_type, std::int32_
   fail_state = SearchClock::INSIDE;
   // Mate scores move in steps of two plies: a longer or shorter mate is only better by 2.
   std::int32_t test = best_score + 1;
-  if (test >= 31768 && (test & 1) != 0) ++test;
-  if (test < -31767) ++test;
+  if (test > MATE_THRESHOLD + 1 && (test & 1) != 0) ++test;
+  if (test < -(MATE_THRESHOLD + 1)) ++test;
   const std::int32_t result = SearchRootMove(root_move, test, position_type);
   ReadPrincipalVariation(root_move);
   return result == test - 1;
