@@ -67,7 +67,7 @@ int QuiescenceMask(const SearchBoard& board, std::int32_t distance, Score beta) 
   if (distance < generate_checking_moves_min_distance) {
     // A side that has been giving queen checks may go on doing so: it may be a perpetual.
     const int ply = int(board.ply);
-    const Move last = board.played_moves[ply - 1];
+    const Move last = ply >= 1 ? board.played_moves[ply - 1] : INVALID;
     const bool perpetual = ply >= 1 && board.perpetual_records[ply - 1].flag != 0 &&
                            MovedType(last) == QUEEN && GivesCheck(last) &&
                            distance >= PERPETUAL_CHECK_LIMIT && beta >= board.DrawScore();
@@ -187,6 +187,65 @@ bool DecidedBeforeMoves(NodeState& node, Score& value) {
   }
   return false;
 }
+
+// What the move loop found.
+struct Outcome {
+  Score best = NO_MOVE_SEARCHED;
+  Move best_move = INVALID;
+  Move cutoff_move = INVALID;  // the move that reached beta, if one did
+};
+
+// The move loop. True when the node was decided without it (no legal move, no candidate), with
+// `value` as its answer.
+bool SearchMoves(NodeState& node, Outcome& outcome, Score& value) {
+  MovePicker picker(node);
+  int move_count = 0;  // pruned and filtered moves count too
+  Move move = INVALID;
+  for (;;) {
+    const Pick pick = picker.Next(move, value);
+    if (pick == Pick::NODE_DECIDED) return true;
+    if (pick == Pick::NONE_LEFT) return false;
+    ++move_count;
+    if (!IsFilteredOut(node, move)) {
+      const std::int32_t extended =
+          enable_search_extensions ? ExtendMove(node, move) : node.distance;
+      if (!IsFutile(node, move)) {
+        const std::int32_t late = LateMoveReduction(node, move, move_count);
+        const Score score =
+            SearchMove(node, move, move_count, extended - late, node.razor_reduction + late);
+        if (score > outcome.best) {
+          outcome.best = score;
+          node.board.ExtendLine(node.ply, move);
+          if (score >= node.beta) {
+            outcome.cutoff_move = move;
+            return false;
+          }
+          outcome.best_move = move;
+        }
+        // A cut node that did not cut at its first move is expected to be an all node.
+        if (node.node_type == CUT) node.node_type = ALL;
+      }
+    }
+    if (picker.WasLast()) return false;
+  }
+}
+
+// A cutoff teaches the killers and the history; every searched node teaches the table.
+Score StoreOutcome(NodeState& node, Outcome& outcome) {
+  SearchBoard& board = node.board;
+  const bool cutoff = outcome.cutoff_move != INVALID;
+  if (cutoff) {
+    outcome.best_move = outcome.cutoff_move;
+    RememberCutoff(board, outcome.cutoff_move, node.distance);
+  }
+  if (node.distance >= required_distance_to_store_hashtables) {
+    TRANSPOSITION_TABLE.Store(MakeBoundEntry(board.Key(), outcome.best_move, node.position_type,
+                                             int(node.node_flags & STORED_NODE_FLAGS),
+                                             node.distance, ToNodeRelative(outcome.best, node.ply),
+                                             cutoff));
+  }
+  return outcome.best;
+}
 }  // namespace
 
 int GenerateForNode(SearchBoard& board, Move* moves, Move*& end, std::int32_t distance,
@@ -223,70 +282,25 @@ Score SearchNode(SearchBoard& board, Move* moves, Score beta, std::int32_t dista
   Score value = 0;
   if (DecidedBeforeMoves(node, value)) return value;
 
-  Move cutoff_move = INVALID;
-  if (MayTryTranspositionCutoff(node)) {
+  Outcome outcome;
+  if (MayTryTranspositionCutoff(node) && board.HasRoomForMoves(node.moves)) {
     node.generated = node.list_from_cutoff_test = true;
     if (TryTranspositionCutoff(board, node.moves, node.end, node.hash_move, value,
                                node.node_flags, beta, node.distance)) {
-      cutoff_move = node.hash_move;
-    } else if (node.end == node.moves) {
-      return value;
+      outcome.best = value;
+      outcome.cutoff_move = node.hash_move;
+      return StoreOutcome(node, outcome);
     }
+    if (node.end == node.moves) return value;
   }
 
-  Score best = NO_MOVE_SEARCHED;
-  Move best_move = INVALID;
-  if (cutoff_move != INVALID) {
-    best = value;
-  } else {
-    if (NullMoveCutsOff(node)) return beta;
-    ExtendNode(node, board.search->iteration);
-    PrepareSelectivePruning(node);
-    if (!FindMoveByInternalDeepening(node)) return beta - 1;
-
-    MovePicker picker(node);
-    int move_count = 0;
-    Move move = INVALID;
-    for (;;) {
-      const Pick pick = picker.Next(move, value);
-      if (pick == Pick::NODE_DECIDED) return value;
-      if (pick == Pick::NONE_LEFT) break;
-      ++move_count;
-      if (!IsFilteredOut(node, move)) {
-        const std::int32_t extended =
-            enable_search_extensions ? ExtendMove(node, move) : node.distance;
-        if (!IsFutile(node, move)) {
-          const std::int32_t late = LateMoveReduction(node, move, move_count);
-          const Score score =
-              SearchMove(node, move, move_count, extended - late, node.razor_reduction + late);
-          if (score > best) {
-            best = score;
-            board.ExtendLine(ply, move);
-            if (score >= beta) {
-              cutoff_move = move;
-              break;
-            }
-            best_move = move;
-          }
-          // A cut node that did not cut at its first move is expected to be an all node.
-          if (node.node_type == CUT) node.node_type = ALL;
-        }
-      }
-      if (picker.WasLast()) break;
-    }
-  }
-
-  if (cutoff_move != INVALID) {
-    best_move = cutoff_move;
-    RememberCutoff(board, cutoff_move, node.distance);
-  } else if (best == NO_MOVE_SEARCHED) {
+  if (NullMoveCutsOff(node)) return beta;
+  ExtendNode(node, board.search->iteration);
+  PrepareSelectivePruning(node);
+  if (!FindMoveByInternalDeepening(node)) return beta - 1;
+  if (SearchMoves(node, outcome, value)) return value;
+  if (outcome.cutoff_move == INVALID && outcome.best == NO_MOVE_SEARCHED) {
     return beta - 1;  // nothing searched, nothing learned
   }
-  if (node.distance >= required_distance_to_store_hashtables) {
-    TRANSPOSITION_TABLE.Store(MakeBoundEntry(board.Key(), best_move, node.position_type,
-                                             int(node.node_flags & STORED_NODE_FLAGS),
-                                             node.distance, ToNodeRelative(best, ply),
-                                             cutoff_move != INVALID));
-  }
-  return best;
+  return StoreOutcome(node, outcome);
 }
