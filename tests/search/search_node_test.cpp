@@ -195,4 +195,41 @@ TEST_F(SearchNodeTest, ExtensionsMakeTheTreeDeeperAndCanBeSwitchedOff) {
   enable_search_extensions = false;
   EXPECT_EQ(Node(MATE_THRESHOLD + 1, 192, PV), MATE_THRESHOLD);
 }
+// The nodes a search of the position takes when the table already knows `move` from a shallow
+// search, with or without the single reply flag.
+TEST_F(SearchNodeTest, AnOnlyMoveFromTheTableIsSearchedAgainWithItsExtension) {
+  const char* only_move = "7k/8/8/8/8/8/8/K5R1 b - - 0 1";  // Kh7 is the only legal move
+  const Move kh7 = MakeMoveWord(H8, H7, KING);
+  const auto nodes_with_entry = [&](int stored_flags) {
+    SearchBoard& board = Setup(only_move);
+    RestartRandomStream();
+    TRANSPOSITION_TABLE.Clear();
+    TRANSPOSITION_TABLE.Store(MakeBoundEntry(board.Key(), kh7, type, stored_flags, 0, 0, true));
+    board.nodes = 0;
+    SearchNode(board, board.move_stack, 0, 192, CUT, type, 0);
+    return board.nodes;
+  };
+  const std::uint64_t unknown = nodes_with_entry(0);
+  const std::uint64_t known_single = nodes_with_entry(SINGLE_REPLY);
+  EXPECT_GT(unknown, known_single);
+  enable_search_extensions = false;
+  EXPECT_EQ(nodes_with_entry(0), nodes_with_entry(SINGLE_REPLY));
+}
+
+TEST_F(SearchNodeTest, AShallowEntryGivesItsMoveWhichStaysBestWhenAllFail) {
+  // Every move fails against a beta a queen above the material; the move of the shallow entry
+  // is searched first and stored with the upper bound (unless futility skips it).
+  enable_extended_futility_pruning_if_not_searching_pv_move = false;
+  SearchBoard& board = Setup(ROOK_UP);
+  const Move move = MakeMoveWord(A2, A3, PAWN);
+  TRANSPOSITION_TABLE.Clear();
+  TRANSPOSITION_TABLE.Store(MakeBoundEntry(board.Key(), move, type, 0, 0, 0, true));
+  const Score beta = board.Material() + 1500;
+  EXPECT_EQ(SearchNode(board, board.move_stack, beta, 128, ALL, type, 0), beta - 1);
+  Move stored = INVALID;
+  int distance = 0;
+  ASSERT_TRUE(TRANSPOSITION_TABLE.ProbeMove(board.Key(), stored, distance));
+  EXPECT_EQ(stored, move);
+  EXPECT_EQ(distance, 128);
+}
 }  // namespace
