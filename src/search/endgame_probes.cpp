@@ -15,8 +15,6 @@ constexpr int MAX_TABLEBASE_PIECES = 6;
 constexpr int ALWAYS_PROBE_PLY = 2;
 constexpr std::int32_t DEEP_CAPTURE_DISTANCE = 895;
 
-inline Score Answer(Score beta, Score value) { return beta <= value ? beta : beta - 1; }
-
 // A database score, relative to the side on move and to the position, as a score of the search.
 Score FromDatabase(const SearchBoard& board, int score) {
   const int ply = int(board.ply);

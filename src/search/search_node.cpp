@@ -19,9 +19,6 @@
 #include "search/transposition_cutoff.h"
 
 namespace {
-// Every answer of a node is one of two values; this is the comparison they all come from.
-inline Score Answer(Score beta, Score value) { return beta <= value ? beta : beta - 1; }
-
 // Below any score a search can give: the mark that no move of a node was searched.
 constexpr Score NO_MOVE_SEARCHED = -MATE;
 

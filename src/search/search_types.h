@@ -67,6 +67,8 @@ constexpr bool IsMateScore(Score value) { return value > MATE_THRESHOLD || value
 // Mated at this ply is the worst a node can find; it also marks "no move searched yet".
 constexpr Score MatedAt(int ply) { return ply - MATE; }
 constexpr Score MateBound(int ply) { return MATE - ply; }
+// Every answer of a node is one of two values: beta if `value` reaches it, else beta - 1.
+constexpr Score Answer(Score beta, Score value) { return beta <= value ? beta : beta - 1; }
 
 // Distance is counted in 64ths of a ply, so that extensions can be fractions of one.
 constexpr std::int32_t ONE_PLY = 64;
