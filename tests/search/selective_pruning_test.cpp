@@ -128,7 +128,9 @@ TEST_F(SelectivePruningTest, RazoringAndFutilityFollowDistanceAndMaterial) {
     EXPECT_EQ(node.distance, c.distance_after) << c.distance << " " << c.beta;
     EXPECT_EQ(node.razor_reduction, c.distance - c.distance_after);
     EXPECT_EQ(node.prune, c.prune) << c.distance << " " << c.beta;
-    if (c.prune) EXPECT_EQ(node.prune_base, c.prune_base) << c.distance << " " << c.beta;
+    if (c.prune) {
+      EXPECT_EQ(node.prune_base, c.prune_base) << c.distance << " " << c.beta;
+    }
   }
 }
 
