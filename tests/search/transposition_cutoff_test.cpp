@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "chess/move_generator.h"
+#include "chess/user_board.h"
 #include "search/hash.h"
 #include "search/node_state.h"
 #include "search/search_board.h"
@@ -143,6 +144,21 @@ TEST_F(TranspositionCutoffTest, NothingIsTriedWithTheDefaults) {
   only_use_ettc_on_cut_nodes = false;
   TRANSPOSITION_TABLE.Clear();
   search.SearchWithoutHost(request, game);
+}
+TEST_F(TranspositionCutoffTest, SwitchedOnEverywhereTheSearchStillWinsTheQueen) {
+  enable_ettc = true;
+  only_use_ettc_in_endgames = false;
+  only_use_ettc_on_cut_nodes = false;
+  max_distance_for_ettc = 64000;
+  UserBoard game;
+  // The black queen on d4 hangs to the knight.
+  game.SetFEN("4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1");
+  SearchRequest request;
+  request.max_depth = 6;
+  search.SearchWithoutHost(request, game);
+  ASSERT_FALSE(search.best_line.empty());
+  EXPECT_EQ(search.best_line.front().text, "Nxd4");
+  EXPECT_GT(search.score, 500);
   EXPECT_GT(search.ettc_tries, 0u);
 }
 }  // namespace
