@@ -11,6 +11,7 @@
 #include "search/search_serial.h"
 #include "search/search_settings.h"
 #include "settings_guard.h"
+#include "without_tablebases.h"
 
 namespace {
 void SwitchOffSelectiveTechniques() {
@@ -42,6 +43,7 @@ std::uint64_t NodesToDepth(SerialSearch& search, const char* fen, int depth) {
 
 TEST(FullWidthTree, NodeCountsWithAllTechniquesOff) {
   SettingsGuard guard;
+  UnloadTablebases();
   SwitchOffSelectiveTechniques();
   TRANSPOSITION_TABLE.Resize(std::uint64_t{4} << 20);
   SerialSearch search;

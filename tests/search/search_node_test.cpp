@@ -15,11 +15,15 @@
 #include "search/search_types.h"
 #include "settings_guard.h"
 #include "support/board_from_fen.h"
+#include "without_tablebases.h"
 
 namespace {
 class SearchNodeTest : public ::testing::Test {
  protected:
-  void SetUp() override { TRANSPOSITION_TABLE.Resize(std::uint64_t{4} << 20); }
+  void SetUp() override {
+    TRANSPOSITION_TABLE.Resize(std::uint64_t{4} << 20);
+    UnloadTablebases();
+  }
 
   // The position at the root of a search in the given iteration.
   SearchBoard& Setup(const char* fen, int iteration = 6) {

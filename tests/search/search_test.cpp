@@ -9,6 +9,7 @@
 #include "search/search_node.h"
 #include "search/search_serial.h"
 #include "search/search_types.h"
+#include "without_tablebases.h"
 
 namespace {
 UserBoard Game(const char* fen) {
@@ -23,6 +24,7 @@ class SearchTest : public ::testing::Test {
   void SetUp() override {
     TRANSPOSITION_TABLE.Resize(std::uint64_t{4} << 20);
     TRANSPOSITION_TABLE.Clear();
+    UnloadTablebases();
     EVALUATION_HASH_TABLE.Clear();
   }
 

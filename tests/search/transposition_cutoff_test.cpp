@@ -14,6 +14,7 @@
 #include "search/search_types.h"
 #include "settings_guard.h"
 #include "support/board_from_fen.h"
+#include "without_tablebases.h"
 
 namespace {
 constexpr const char* ENDING = "6k1/5ppp/8/8/8/8/5PPP/3R2K1 w - - 0 1";
@@ -23,6 +24,7 @@ class TranspositionCutoffTest : public ::testing::Test {
   void SetUp() override {
     TRANSPOSITION_TABLE.Resize(std::uint64_t{4} << 20);
     TRANSPOSITION_TABLE.Clear();
+    UnloadTablebases();
   }
   SearchBoard& Setup(const char* fen) {
     SearchBoard& board = *search.board;
