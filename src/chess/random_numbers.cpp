@@ -64,7 +64,15 @@ std::int32_t Generator::Next() {
 }
 }  // namespace LaggedSubtractive
 
-std::int32_t RandomNumber() {
-  static LaggedSubtractive::Generator generator(310952);
-  return generator.Next();
+namespace {
+constexpr std::int32_t STREAM_SEED = 310952;
+
+LaggedSubtractive::Generator& Stream() {
+  static LaggedSubtractive::Generator generator(STREAM_SEED);
+  return generator;
 }
+}  // namespace
+
+std::int32_t RandomNumber() { return Stream().Next(); }
+
+void RestartRandomStream() { Stream() = LaggedSubtractive::Generator(STREAM_SEED); }

@@ -7,6 +7,10 @@
 // The next output of the stream, in 0 .. 2^30 - 1.
 std::int32_t RandomNumber();
 
+// Starts the stream again from its seed (the hash keys, drawn once at start, stay as they are), so
+// that a search can be repeated draw for draw whatever ran before it.
+void RestartRandomStream();
+
 // Knuth's lagged subtractive generator (long lag 100, short lag 37, modulus 2^30), exposed for
 // its published self-test. The engine's stream is this generator started with seed 310952.
 namespace LaggedSubtractive {

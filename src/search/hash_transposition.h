@@ -9,8 +9,8 @@
 #include "chess/basic.h"
 #include "search/hash_table.h"
 
-constexpr std::int16_t NO_LOWER_BOUND = -32767;
-constexpr std::int16_t NO_UPPER_BOUND = 32767;
+constexpr std::int16_t NO_LOWER_BOUND = -MATE;
+constexpr std::int16_t NO_UPPER_BOUND = MATE;
 constexpr std::int16_t NO_DISTANCE = -32767;
 
 // Answers of TranspositionTable::Probe.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "search/search_types.h"
+
 HistoryTable::HistoryTable() : slots(new Slot[std::size_t(TABLES) * SLOTS]()) {}
 
 std::uint32_t HistoryTable::Count(int table, int slot) const {
@@ -27,8 +29,8 @@ std::uint32_t HistoryTable::Value(Move move, int side, int ply) const {
 }
 
 void HistoryTable::Update(Move move, int side, int distance, int ply) {
-  const int plies = distance >> 6;
-  const std::uint32_t bonus = distance >= 64 ? std::uint32_t(plies * plies + 1) : 1;
+  const int plies = distance / ONE_PLY;
+  const std::uint32_t bonus = distance >= ONE_PLY ? std::uint32_t(plies * plies + 1) : 1;
   const int slot = SlotIndex(move, side);
   // A cutoff teaches the band of its ply and the band before, which is the one the next
   // shallower subtrees read.

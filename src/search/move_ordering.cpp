@@ -316,7 +316,7 @@ void SortQuiescenceMoves(Move* moves, Move*& end, Move hash_move, Move killer1, 
   } else if (SameMove(killer2, hash_move)) {
     killer2 = INVALID;
   }
-  const std::int32_t* checks = CheckBonuses(beta >= 31767);
+  const std::int32_t* checks = CheckBonuses(beta > MATE_THRESHOLD);
   const std::int32_t gap = beta - board.Material();
   for (Move* m = moves; m != end;) {
     if (hash_move != INVALID && SameMove(*m, hash_move)) {

@@ -27,7 +27,7 @@ bool PassesQuiescenceFilter(Move move, std::int32_t distance, std::int32_t beta,
   const int kind = CheckKind(move);
   if (IsCheckNearHorizon(kind, distance)) return true;
   // Beyond this only a mate reaches beta, and the checks that may give one were let through above.
-  if (beta >= 31768) return false;
+  if (beta > MATE_THRESHOLD + 1) return false;
 
   // `light`: no check, or a direct one, which the exchange on the target square can judge.
   const bool light = kind < 2;

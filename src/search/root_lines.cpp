@@ -26,7 +26,7 @@ void SerialSearch::StorePrincipalVariation(const RootMove& root_move) {
     if (!first && !TRANSPOSITION_TABLE.ProbeMove(copy.Key(), known, distance)) {
       Move moves[MOVE_BUFFER_SIZE];
       moves[MAX_MOVES] = INVALID;
-      const bool single_reply = GenerateMoves(moves, copy, GEN_ALL_MOVES | 127) - moves == 1;
+      const bool single_reply = GenerateMoves(moves, copy, GEN_EVERY_MOVE) - moves == 1;
       TRANSPOSITION_TABLE.Store(MakePlaceholder(copy.Key(), move, position_type, single_reply,
                                                 copy.IsQueenAttackedByLesser(), false));
     }
@@ -52,7 +52,7 @@ void SerialSearch::ReadPrincipalVariation(RootMove& root_move) {
     Move move = INVALID;
     int type = 0;
     int flags = 0;
-    const int found = TRANSPOSITION_TABLE.Probe(copy.Key(), int(copy.ply), 0, MATE_SCORE, move,
+    const int found = TRANSPOSITION_TABLE.Probe(copy.Key(), int(copy.ply), 0, MATE, move,
                                                 type, flags);
     if (found == HASH_MISS || move == INVALID || !copy.VerifyMove(move)) return;
     root_move.principal_variation.push_back(move);

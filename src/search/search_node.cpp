@@ -1,19 +1,29 @@
 #include "search/search_node.h"
 
-#include <algorithm>
-
 #include "chess/move_generator.h"
 #include "evaluation/evaluate.h"
+#include "search/endgame_probes.h"
 #include "search/hash.h"
-#include "search/move_ordering.h"
+#include "search/internal_iterative_deepening.h"
+#include "search/move_picker.h"
+#include "search/node_state.h"
+#include "search/null_move.h"
 #include "search/position_type.h"
 #include "search/quiescence_filter.h"
+#include "search/search_extensions.h"
+#include "search/search_serial.h"
 #include "search/search_settings.h"
 #include "search/search_types.h"
+#include "search/selective_pruning.h"
+#include "search/threat_detection.h"
+#include "search/transposition_cutoff.h"
 
 namespace {
-// Every answer of a node is one of two values; this is the comparison they all come from.
-inline Score Answer(Score beta, Score value) { return beta <= value ? beta : beta - 1; }
+// Below any score a search can give: the mark that no move of a node was searched.
+constexpr Score NO_MOVE_SEARCHED = -MATE;
+
+// A perpetual may go on below the depth of quiet checks, but not for ever.
+constexpr std::int32_t PERPETUAL_CHECK_LIMIT = -256;
 
 // The pieces that stand on the back ranks at the start, by square (0: none or a queen, whose
 // move does not count as development).
@@ -54,54 +64,48 @@ int QuiescenceMask(const SearchBoard& board, std::int32_t distance, Score beta) 
   if (distance < generate_checking_moves_min_distance) {
     // A side that has been giving queen checks may go on doing so: it may be a perpetual.
     const int ply = int(board.ply);
-    const Move last = board.played_moves[ply - 1];
+    const Move last = ply >= 1 ? board.played_moves[ply - 1] : INVALID;
     const bool perpetual = ply >= 1 && board.perpetual_records[ply - 1].flag != 0 &&
-                           MovedType(last) == QUEEN && GivesCheck(last) && distance >= -256 &&
-                           beta >= board.DrawScore();
+                           MovedType(last) == QUEEN && GivesCheck(last) &&
+                           distance >= PERPETUAL_CHECK_LIMIT && beta >= board.DrawScore();
     mask = perpetual ? GEN_ALL_CHECKS : 0;
   }
-  if (beta < 31767) {
+  if (beta <= MATE_THRESHOLD) {
     mask |= GEN_CAPTURES | GEN_QUEEN_PROMOTIONS;
     if (distance >= generate_castling_moves_in_quiescence_min_distance) mask |= GEN_CASTLING;
   }
   return mask;
 }
 
-// Takes the next word of a batch: in order from a sorted one, else the largest that is left,
-// swapped to the front (the first of equals wins).
-Move TakeNext(Move*& begin, Move* end, bool sorted) {
-  if (!sorted) std::iter_swap(begin, std::max_element(begin, end));
-  return *begin++ & MOVE_MASK;
-}
+// The table's answer for the node: a decided bound ends it; an undecided entry gives the move, the
+// position type and the node flags, so that they need not be found out again.
+enum class Probed { DECIDED, KNOWN, UNKNOWN };
 
-// The stages of the move loop.
-enum Stage { HASH_MOVE, FIRST_BATCH, BATCH, LAST };
-
-struct MoveLoop {
-  Move* moves = nullptr;
-  Move* end = nullptr;  // the end of the list; equal to `moves` while none has been generated
-  bool generated = false;
-  SortState sort;
-  Move* batch_begin = nullptr;
-  Move* batch_end = nullptr;
-  int batch = 0;
-};
-
-// Asks for the next batch; the quiescence list is one unsorted batch, the last.
-void NextBatch(MoveLoop& loop, const SearchBoard& board, std::int32_t distance, Score beta,
-               Move hash_move, int node_type, int position_type) {
-  const KillerPair& killers = board.killers[board.ply];
-  if (distance >= 1 || board.InCheck()) {
-    const SortContext context{board,        board.history, beta,           hash_move,
-                              node_type,    killers.first, killers.second, position_type};
-    loop.batch = NextMoves(loop.sort, context, loop.moves, loop.end, loop.batch_begin,
-                           loop.batch_end);
-  } else {
-    SortQuiescenceMoves(loop.moves, loop.end, hash_move, killers.first, killers.second, beta,
-                        board);
-    loop.batch_begin = loop.moves;
-    loop.batch_end = loop.end;
-    loop.batch = BATCH_LAST;
+Probed ProbeTable(NodeState& node, Score& value) {
+  SearchBoard& board = node.board;
+  if (required_distance_to_probe_hashtables > node.distance) return Probed::UNKNOWN;
+  Move move = INVALID;
+  int type = 0;
+  int flags = 0;
+  switch (TRANSPOSITION_TABLE.Probe(board.Key(), node.ply, node.distance, node.beta, move, type,
+                                    flags)) {
+    case HASH_BELOW_BETA:
+      board.SetLine(node.ply, move);
+      value = node.beta - 1;
+      return Probed::DECIDED;
+    case HASH_AT_LEAST_BETA:
+      board.SetLine(node.ply, move);
+      value = node.beta;
+      return Probed::DECIDED;
+    case HASH_UNDECIDED:
+      // A move that does not fit can only come from another position with the same key: the
+      // entry is then treated as absent.
+      if (move != INVALID && !board.IsMovePseudoLegal(move)) return Probed::UNKNOWN;
+      node.hash_move = move;
+      node.position_type = type;
+      node.node_flags = std::uint32_t(flags);
+      return Probed::KNOWN;
+    default: return Probed::UNKNOWN;
   }
 }
 
@@ -116,6 +120,129 @@ void RememberCutoff(SearchBoard& board, Move move, std::int32_t distance) {
     board.history.Update(move, int(board.side_on_move), distance, ply);
   }
 }
+
+// The search flags of a child: the node's switches for the next ply, and a check that the
+// settings want to keep from being pruned behind.
+std::uint32_t ChildFlags(const NodeState& node, Move move) {
+  std::uint32_t flags = FlagsForChildren(node.flags);
+  if (node.extension_flags & EXTENDED_DOUBLE_CHECK) flags |= SKIP_RECAPTURE_EXTENSION;
+  if (GivesCheck(move)) {
+    if (skip_razoring_when_last_move_was_a_check) flags |= CHILD_SKIP_RAZORING;
+    if (skip_extended_futility_pruning_when_last_move_was_a_check) {
+      flags |= CHILD_SKIP_EXTENDED_FUTILITY;
+    }
+  }
+  return flags;
+}
+
+// Whether a quiescence node looks at the move at all.
+bool IsFilteredOut(const NodeState& node, Move move) {
+  return node.distance < 1 && !node.board.InCheck() && !(node.node_flags & SINGLE_REPLY) &&
+         !(always_search_hash_move_in_quiescence && move == node.hash_move) &&
+         !PassesQuiescenceFilter(move, node.distance, node.beta, node.position_type, node.board);
+}
+
+// Searches one move of the loop and answers its score from the node's view.
+Score SearchMove(NodeState& node, Move move, int move_count, std::int32_t move_distance,
+                 std::int32_t reduction) {
+  SearchBoard& board = node.board;
+  board.played_moves[node.ply + 1] = move;
+  board.MakeMove(move);
+  const std::uint32_t child_flags = ChildFlags(node, move);
+  const int child_type = move_count == 1 ? -node.node_type : CUT;
+  const Score child_beta = 1 - node.beta;
+  Score score = -SearchNode(board, node.ChildMoves(), child_beta, move_distance - ONE_PLY,
+                            child_type, node.position_type, child_flags);
+  // A reduced move must prove its cutoff at the full distance.
+  if (enable_verification_search && score >= node.beta && reduction > 0) {
+    score = -SearchNode(board, node.ChildMoves(), child_beta, move_distance - ONE_PLY + reduction,
+                        node.IsPv() ? PV : ALL, node.position_type, child_flags);
+  }
+  board.UndoMove(move);
+  return score;
+}
+
+// The steps before the move loop that may decide the node at once.
+bool DecidedBeforeMoves(NodeState& node, Score& value) {
+  SearchBoard& board = node.board;
+  const Probed probed = ProbeTable(node, value);
+  if (probed == Probed::DECIDED) return true;
+  if (probed == Probed::UNKNOWN) node.position_type = RefinePositionType(board, node.position_type);
+  if (ProbeEndgameDatabases(board, node.position_type, node.node_type, node.distance, node.beta,
+                            value)) {
+    return true;
+  }
+  DetectPinThreat(node);
+  if (!board.InCheck()) {
+    if (MayStandPat(node.distance, node.position_type, node.node_flags) &&
+        Evaluate(board.evaluation, board, node.beta, node.position_type) >= node.beta) {
+      value = node.beta;
+      return true;
+    }
+  } else if (enable_perpetual_check_detection) {
+    DetectPerpetualCheck(node);
+  }
+  return false;
+}
+
+// What the move loop found.
+struct Outcome {
+  Score best = NO_MOVE_SEARCHED;
+  Move best_move = INVALID;
+  Move cutoff_move = INVALID;  // the move that reached beta, if one did
+};
+
+// The move loop. True when the node was decided without it (no legal move, no candidate), with
+// `value` as its answer.
+bool SearchMoves(NodeState& node, Outcome& outcome, Score& value) {
+  MovePicker picker(node);
+  int move_count = 0;  // pruned and filtered moves count too
+  Move move = INVALID;
+  for (;;) {
+    const Pick pick = picker.Next(move, value);
+    if (pick == Pick::NODE_DECIDED) return true;
+    if (pick == Pick::NONE_LEFT) return false;
+    ++move_count;
+    if (!IsFilteredOut(node, move)) {
+      const std::int32_t extended =
+          enable_search_extensions ? ExtendMove(node, move) : node.distance;
+      if (!IsFutile(node, move)) {
+        const std::int32_t late = LateMoveReduction(node, move, move_count);
+        const Score score =
+            SearchMove(node, move, move_count, extended - late, node.razor_reduction + late);
+        if (score > outcome.best) {
+          outcome.best = score;
+          node.board.ExtendLine(node.ply, move);
+          if (score >= node.beta) {
+            outcome.cutoff_move = move;
+            return false;
+          }
+          outcome.best_move = move;
+        }
+        // A cut node that did not cut at its first move is expected to be an all node.
+        if (node.node_type == CUT) node.node_type = ALL;
+      }
+    }
+    if (picker.WasLast()) return false;
+  }
+}
+
+// A cutoff teaches the killers and the history; every searched node teaches the table.
+Score StoreOutcome(NodeState& node, Outcome& outcome) {
+  SearchBoard& board = node.board;
+  const bool cutoff = outcome.cutoff_move != INVALID;
+  if (cutoff) {
+    outcome.best_move = outcome.cutoff_move;
+    RememberCutoff(board, outcome.cutoff_move, node.distance);
+  }
+  if (node.distance >= required_distance_to_store_hashtables) {
+    TRANSPOSITION_TABLE.Store(MakeBoundEntry(board.Key(), outcome.best_move, node.position_type,
+                                             int(node.node_flags & STORED_NODE_FLAGS),
+                                             node.distance, ToNodeRelative(outcome.best, node.ply),
+                                             cutoff));
+  }
+  return outcome.best;
+}
 }  // namespace
 
 int GenerateForNode(SearchBoard& board, Move* moves, Move*& end, std::int32_t distance,
@@ -125,10 +252,9 @@ int GenerateForNode(SearchBoard& board, Move* moves, Move*& end, std::int32_t di
     end = GenerateMoves(moves, board, QuiescenceMask(board, distance, beta));
     return MOVES_GENERATED;
   }
-  end = GenerateMoves(moves, board, GEN_ALL_MOVES | 127);
+  end = GenerateMoves(moves, board, GEN_EVERY_MOVE);
   if (end == moves) {
-    const Score mated = Score(board.ply) - MATE_SCORE;
-    value = Answer(beta, board.InCheck() ? mated : board.DrawScore());
+    value = Answer(beta, board.InCheck() ? MatedAt(int(board.ply)) : board.DrawScore());
     return NO_LEGAL_MOVE;
   }
   return end - moves == 1 ? SINGLE_LEGAL_MOVE : MOVES_GENERATED;
@@ -144,138 +270,34 @@ Score SearchNode(SearchBoard& board, Move* moves, Score beta, std::int32_t dista
   if ((ply & 7) == 0) board.history.Age(ply);
 
   // No line can be worse than being mated now, nor better than mating with the next move.
-  if (beta < ply - (MATE_SCORE - 1)) return beta;
-  if (beta >= MATE_SCORE - ply) return beta - 1;
+  if (beta < MatedAt(ply) + 1) return beta;
+  if (beta >= MateBound(ply)) return beta - 1;
   if (board.IsDrawByRule()) return Answer(beta, board.DrawScore());
 
-  Move hash_move = INVALID;
-  std::uint32_t node_flags = 0;
-  bool known = false;
-  if (required_distance_to_probe_hashtables <= distance) {
-    int hash_type = 0;
-    int hash_flags = 0;
-    switch (TRANSPOSITION_TABLE.Probe(board.Key(), ply, distance, beta, hash_move, hash_type,
-                                      hash_flags)) {
-      case HASH_BELOW_BETA: board.SetLine(ply, hash_move); return beta - 1;
-      case HASH_AT_LEAST_BETA: board.SetLine(ply, hash_move); return beta;
-      case HASH_UNDECIDED:
-        // A move that does not fit can only come from another position with the same key: the
-        // entry is then treated as absent.
-        if (hash_move == INVALID || board.IsMovePseudoLegal(hash_move)) {
-          position_type = hash_type;
-          node_flags = std::uint32_t(hash_flags);
-          known = true;
-        }
-        break;
-      default: break;
+  NodeState node{board, ply, beta, distance, node_type, position_type, position_type, flags};
+  node.moves = node.end = moves;
+  Score value = 0;
+  if (DecidedBeforeMoves(node, value)) return value;
+
+  Outcome outcome;
+  if (MayTryTranspositionCutoff(node) && board.HasRoomForMoves(node.moves)) {
+    node.generated = node.list_from_cutoff_test = true;
+    if (TryTranspositionCutoff(board, node.moves, node.end, node.hash_move, value,
+                               node.node_flags, beta, node.distance)) {
+      outcome.best = value;
+      outcome.cutoff_move = node.hash_move;
+      return StoreOutcome(node, outcome);
     }
-  }
-  if (!known) {
-    hash_move = INVALID;
-    node_flags = 0;
-    position_type = RefinePositionType(board, position_type);
+    if (node.end == node.moves) return value;
   }
 
-  if (!board.InCheck() && MayStandPat(distance, position_type, node_flags) &&
-      Evaluate(board.evaluation, board, beta, position_type) >= beta) {
-    return beta;
-  }
-
-  // The move loop.
-  Score best = -MATE_SCORE;  // no move searched yet
-  Move best_move = INVALID;
-  Move move = INVALID;
-  int move_count = 0;
-  bool cutoff = false;
-  bool hash_move_searched = false;
-  const Score child_beta = 1 - beta;
-  const std::uint32_t next_ply_flags = FlagsForChildren(flags);
-  MoveLoop loop;
-  loop.moves = loop.end = moves;
-  Stage stage = hash_move != INVALID ? HASH_MOVE : FIRST_BATCH;
-
-  for (;;) {
-    if (stage == HASH_MOVE) {
-      move = hash_move;
-      hash_move_searched = true;
-      stage = (node_flags & SINGLE_REPLY) ? LAST : FIRST_BATCH;
-    } else if (stage != LAST) {
-      if (stage == FIRST_BATCH) {
-        if (!loop.generated) {
-          if (!board.HasRoomForMoves(moves)) return beta - 1;
-          loop.generated = true;
-          Score value = 0;
-          const int answer = GenerateForNode(board, moves, loop.end, distance, beta, value);
-          if (answer == NO_LEGAL_MOVE) return value;
-          if (answer == SINGLE_LEGAL_MOVE) {
-            node_flags |= SINGLE_REPLY;
-            // A single reply is searched (again) with its extension; without extensions a hash
-            // move that was already searched is all there is.
-            if (!enable_search_extensions && hash_move_searched) break;
-            move = moves[0];
-            stage = LAST;
-          } else if (loop.end == moves) {
-            return beta - 1;  // a quiescence node without candidates
-          }
-        }
-        if (stage == FIRST_BATCH) {
-          NextBatch(loop, board, distance, beta, hash_move, node_type, position_type);
-          stage = BATCH;
-        }
-      }
-      if (stage == BATCH) {
-        while (loop.batch_begin == loop.batch_end && !(loop.batch & BATCH_LAST)) {
-          NextBatch(loop, board, distance, beta, hash_move, node_type, position_type);
-        }
-        if (loop.batch_begin == loop.batch_end) break;
-        move = TakeNext(loop.batch_begin, loop.batch_end, loop.batch & BATCH_SORTED);
-      }
-    }
-
-    ++move_count;
-    const bool filtered = distance < 1 && !board.InCheck() && !(node_flags & SINGLE_REPLY) &&
-                          !(always_search_hash_move_in_quiescence && move == hash_move) &&
-                          !PassesQuiescenceFilter(move, distance, beta, position_type, board);
-    if (!filtered) {
-      const std::int32_t move_distance = distance;
-      board.played_moves[ply + 1] = move;
-      board.MakeMove(move);
-      std::uint32_t child_flags = next_ply_flags;
-      if (GivesCheck(move)) {
-        if (skip_razoring_when_last_move_was_a_check) child_flags |= CHILD_SKIP_RAZORING;
-        if (skip_extended_futility_pruning_when_last_move_was_a_check) {
-          child_flags |= CHILD_SKIP_EXTENDED_FUTILITY;
-        }
-      }
-      const int child_type = move_count == 1 ? -node_type : CUT;
-      const Score score = -SearchNode(board, loop.end, child_beta, move_distance - 64, child_type,
-                                      position_type, child_flags);
-      board.UndoMove(move);
-      if (score > best) {
-        best = score;
-        board.ExtendLine(ply, move);
-        if (score >= beta) {
-          cutoff = true;
-          break;
-        }
-        best_move = move;
-      }
-      // A cut node that did not cut at its first move is expected to be an all node.
-      if (node_type == CUT) node_type = ALL;
-    }
-    if (stage == LAST) break;
-  }
-
-  if (cutoff) {
-    best_move = move;
-    RememberCutoff(board, move, distance);
-  } else if (best == -MATE_SCORE) {
+  if (NullMoveCutsOff(node)) return beta;
+  ExtendNode(node, board.search->iteration);
+  PrepareSelectivePruning(node);
+  if (!FindMoveByInternalDeepening(node)) return beta - 1;
+  if (SearchMoves(node, outcome, value)) return value;
+  if (outcome.cutoff_move == INVALID && outcome.best == NO_MOVE_SEARCHED) {
     return beta - 1;  // nothing searched, nothing learned
   }
-  if (distance >= required_distance_to_store_hashtables) {
-    TRANSPOSITION_TABLE.Store(MakeBoundEntry(board.Key(), best_move, position_type,
-                                             int(node_flags & STORED_NODE_FLAGS), distance,
-                                             ToNodeRelative(best, ply), cutoff));
-  }
-  return best;
+  return StoreOutcome(node, outcome);
 }

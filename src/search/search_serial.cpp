@@ -133,7 +133,7 @@ void SerialSearch::SearchIteration(int root_type) {
   current_move = first.move;
   current_move_text = first.text;
   searching_best_root_move = true;
-  score = FindScore(first, root_type, -MATE_SCORE, MATE_SCORE, score);
+  score = FindScore(first, root_type, -MATE, MATE, score);
   --moves_left;
   best_move = first.move;
   RebuildBestLine(first);
@@ -158,7 +158,7 @@ void SerialSearch::TestOtherRootMoves(int root_type) {
       best_move = root_moves[0]->move;
       RebuildBestLine(*root_moves[0]);
       searching_best_root_move = true;
-      const std::int32_t value = FindScore(*root_moves[0], root_type, score, MATE_SCORE, score + 10);
+      const std::int32_t value = FindScore(*root_moves[0], root_type, score, MATE, score + 10);
       if (value <= score) {
         // The move beat the score once and not again: keep the old move, second to the candidate.
         clock.instability = true;
@@ -272,8 +272,8 @@ bool SerialSearch::IsRefuted(RootMove& root_move, int position_type, std::int32_
   fail_state = SearchClock::INSIDE;
   // Mate scores move in steps of two plies: a longer or shorter mate is only better by 2.
   std::int32_t test = best_score + 1;
-  if (test >= 31768 && (test & 1) != 0) ++test;
-  if (test < -31767) ++test;
+  if (test > MATE_THRESHOLD + 1 && (test & 1) != 0) ++test;
+  if (test < -(MATE_THRESHOLD + 1)) ++test;
   const std::int32_t result = SearchRootMove(root_move, test, position_type);
   ReadPrincipalVariation(root_move);
   return result == test - 1;

@@ -24,6 +24,10 @@ constexpr std::uint32_t SKIP_LMR = 128;
 constexpr std::uint32_t CHILD_SKIP_RAZORING = SKIP_RAZORING << 5;
 constexpr std::uint32_t CHILD_SKIP_EXTENDED_FUTILITY = SKIP_EXTENDED_FUTILITY << 5;
 constexpr std::uint32_t CHILD_SKIP_PERPETUAL_CHECK_TEST = SKIP_PERPETUAL_CHECK_TEST << 5;
+constexpr std::uint32_t CHILD_UNUSED_FLAG = UNUSED_FLAG << 5;
+constexpr std::uint32_t CHILD_SKIP_LMR = SKIP_LMR << 5;
+// Everything selective off in the node itself, and nothing handed further down.
+constexpr std::uint32_t SKIP_ALL_SELECTIVE = 0x7F;
 
 // The switches a node hands on: its bits 8-12 become the child's bits 3-7.
 constexpr std::uint32_t FlagsForChildren(std::uint32_t flags) { return (flags & 0x1F00) >> 5; }
@@ -57,6 +61,14 @@ constexpr bool IsTactical(Move move) { return (move & TACTICAL_BITS) != 0; }
 // 0 no check, 1 direct, 2 discovered, 3 double.
 constexpr int CheckKind(Move move) { return int((move >> 21) & 3); }
 
-// Scores.
-constexpr Score MATE_SCORE = 32767;
+// Scores: MATE and MATE_THRESHOLD of the chess vocabulary. A node searches for mate when its beta
+// lies beyond the threshold.
 constexpr bool IsMateScore(Score value) { return value > MATE_THRESHOLD || value < -MATE_THRESHOLD; }
+// Mated at this ply is the worst a node can find; it also marks "no move searched yet".
+constexpr Score MatedAt(int ply) { return ply - MATE; }
+constexpr Score MateBound(int ply) { return MATE - ply; }
+// Every answer of a node is one of two values: beta if `value` reaches it, else beta - 1.
+constexpr Score Answer(Score beta, Score value) { return beta <= value ? beta : beta - 1; }
+
+// Distance is counted in 64ths of a ply, so that extensions can be fractions of one.
+constexpr std::int32_t ONE_PLY = 64;

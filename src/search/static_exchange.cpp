@@ -15,7 +15,7 @@ Bitboard OfType(const PieceSet& side, int type) {
 }
 
 // A king "captured" at the end of an exchange ends it for good: its value dwarfs every balance.
-constexpr std::int32_t ExchangeValue[7] = {0, 100, 305, 315, 500, 1020, 32767};
+constexpr std::int32_t ExchangeValue[7] = {0, 100, 305, 315, 500, 1020, MATE};
 constexpr int MAX_EXCHANGE = 34;  // 32 pieces and the first capture, with room to spare
 
 // The cheapest piece of the side among the attackers; of several, the one on the highest square.

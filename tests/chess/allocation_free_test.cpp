@@ -5,6 +5,13 @@
 #include <cstdlib>
 #include <new>
 
+#include "chess/user_board.h"
+#include "search/hash.h"
+#include "search/position_type.h"
+#include "search/search_board.h"
+#include "search/search_node.h"
+#include "search/search_serial.h"
+#include "search/search_types.h"
 #include "support/allocation_counter.h"
 #include "support/perft.h"
 #include "support/test_positions.h"
@@ -56,6 +63,38 @@ TEST(HotPath, MoveTreeWalkAllocatesNothing) {
       GenerateMoves(buffer, board, mask);
     EXPECT_EQ(allocations, before) << fen;
     EXPECT_GT(leaves, 0u);
+  }
+}
+
+// The search allocates all it needs with its board; the tree itself must not touch the heap.
+TEST(HotPath, SearchTreeAllocatesNothing) {
+  TRANSPOSITION_TABLE.Resize(std::uint64_t{4} << 20);
+  SerialSearch search;
+  SearchRequest request;
+  request.max_depth = 3;
+  const char* fens[] = {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+                        "8/5pk1/6p1/8/3R4/6P1/5PK1/3r4 w - - 0 1",
+                        "2b3k1/Q4ppp/8/8/7N/8/1r3PPP/6K1 w - - 0 1"};
+  for (const char* fen : fens) {
+    UserBoard game;
+    game.SetFEN(fen);
+    search.SearchWithoutHost(request, game);  // whatever is made once is made now
+    SearchBoard& board = *search.board;
+    board.ResetForSearch(game.current);
+    const int type = ClassifyPosition(board, UNCLASSIFIED);
+    board.position_types[0] = board.position_types[1] = type;
+    search.iteration = 7;
+    const std::uint64_t nodes_before = search.nodes;
+    const std::size_t before = allocations;
+    for (Score beta : {-300, 0, 300}) {
+      for (int node_type : {PV, CUT, ALL}) {
+        TRANSPOSITION_TABLE.Clear();
+        SearchNode(board, board.move_stack, beta, 5 * ONE_PLY, node_type, type, 0);
+      }
+    }
+    EXPECT_EQ(allocations, before) << fen;
+    // Local counts go over to the search at each poll.
+    EXPECT_GT(search.nodes + board.nodes - nodes_before, 1000u) << fen;
   }
 }
 

@@ -9,6 +9,7 @@
 #include "search/search_node.h"
 #include "search/search_serial.h"
 #include "search/search_types.h"
+#include "without_tablebases.h"
 
 namespace {
 UserBoard Game(const char* fen) {
@@ -23,6 +24,7 @@ class SearchTest : public ::testing::Test {
   void SetUp() override {
     TRANSPOSITION_TABLE.Resize(std::uint64_t{4} << 20);
     TRANSPOSITION_TABLE.Clear();
+    UnloadTablebases();
     EVALUATION_HASH_TABLE.Clear();
   }
 
@@ -53,7 +55,7 @@ TEST_F(SearchTest, FindsMateInTwo) {
   SearchToDepth("k7/8/2K5/8/8/8/8/7R w - - 0 1", 4);
   // Kb6 and Kc7 both leave the king a single square, and the rook mates on the next move.
   EXPECT_TRUE(BestMoveText() == "Kb6" || BestMoveText() == "Kc7") << BestMoveText();
-  EXPECT_EQ(search.score, MATE_SCORE - 3);
+  EXPECT_EQ(search.score, MATE - 3);
   ASSERT_GE(search.best_line.size(), 3u);
   EXPECT_EQ(search.best_line[2].text.back(), '#');
 }
@@ -61,7 +63,7 @@ TEST_F(SearchTest, FindsMateInTwo) {
 TEST_F(SearchTest, FindsMateInThree) {
   SearchToDepth("r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1", 6);
   EXPECT_EQ(BestMoveText(), "Ra6+");
-  EXPECT_EQ(search.score, MATE_SCORE - 5);
+  EXPECT_EQ(search.score, MATE - 5);
   ASSERT_GE(search.best_line.size(), 5u);
   EXPECT_EQ(search.best_line[4].text.back(), '#');
 }
@@ -110,7 +112,7 @@ TEST_F(SearchTest, MateInTheNodeAndTheMateBounds) {
   // Mated at ply 0: -32767, so every beta above it fails low.
   EXPECT_EQ(Node(mated, -32766, 64, 0), -32767);
   // No line is better than mating at once: a beta at the mate bound of the ply fails low...
-  EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", MATE_SCORE, 640, 0), MATE_SCORE - 1);
+  EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", MATE, 640, 0), MATE - 1);
   // ... and none is worse than being mated now.
-  EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", -MATE_SCORE, 640, 0), -MATE_SCORE);
+  EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", -MATE, 640, 0), -MATE);
 }

@@ -1,7 +1,8 @@
-// brask-bench [DEPTH]: searches a fixed set of positions to a fixed depth with the default hash
+// brask-bench [DEPTH] [NAME=VALUE;...]: searches a fixed set of positions to a fixed depth with the default hash
 // sizes and prints nodes, time and speed per position and in total. The node count is the
 // same on every run of the same program, so it fingerprints the search; it stands alone on the
-// last line.
+// last line. Settings changed on the command line show what a technique of the search costs or
+// saves.
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -11,6 +12,7 @@
 #include "bench_positions.h"
 #include "chess/user_board.h"
 #include "search/hash.h"
+#include "search/optimize_interface.h"
 #include "search/search_serial.h"
 
 namespace {
@@ -49,6 +51,30 @@ void SearchPosition(SerialSearch& search, int index, const char* fen, int depth,
               search.score, static_cast<unsigned long long>(search.nodes), seconds,
               NodesPerSecond(search.nodes, seconds));
 }
+// Changes the search settings by "name=value" pairs separated by ";".
+bool ApplySettings(const std::string& text) {
+  try {
+    OptimizeInterface::Settings settings;
+    std::size_t start = 0;
+    while (start < text.size()) {
+      std::size_t stop = text.find(';', start);
+      if (stop == std::string::npos) stop = text.size();
+      const std::string pair = text.substr(start, stop - start);
+      const std::size_t equals = pair.find('=');
+      if (equals == std::string::npos) {
+        std::cerr << "not a setting: " << pair << "\n";
+        return false;
+      }
+      settings.Set(pair.substr(0, equals), pair.substr(equals + 1));
+      start = stop + 1;
+    }
+    settings.Apply();
+    return true;
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << "\n";
+    return false;
+  }
+}
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -56,11 +82,12 @@ int main(int argc, char** argv) {
   if (argc > 1) {
     depth = std::atoi(argv[1]);
     if (depth < 1 || depth > 30) {
-      std::cerr << "usage: brask-bench [DEPTH]   (DEPTH from 1 to 30, default "
+      std::cerr << "usage: brask-bench [DEPTH [NAME=VALUE;...]]   (DEPTH from 1 to 30, default "
                 << DEFAULT_DEPTH << ")\n";
       return 1;
     }
   }
+  if (argc > 2 && !ApplySettings(argv[2])) return 1;
   TRANSPOSITION_TABLE.Resize(DEFAULT_TRANSPOSITION_BYTES);
   PAWN_HASH_TABLE.Resize(DEFAULT_PAWN_HASH_BYTES);
   EVALUATION_HASH_TABLE.Resize(DEFAULT_EVALUATION_HASH_BYTES);
