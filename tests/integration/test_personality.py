@@ -7,7 +7,7 @@ Usage: test_personality.py BUILD_DIR
 """
 import re
 
-from engine_session import ConsoleSession, expect, expect_equal, run, run_tests
+from engine_session import InteractiveSession, expect, expect_equal, run, run_tests
 
 PLAYED = r"Brask played: (\S+)\n"
 DISPLAYED = re.compile(r"^Personality: (\w+) \((-?\d+)\)$")
@@ -56,16 +56,16 @@ HASH_TABLE = re.compile(r"(transposition table|pawn hashtable|evaluation hashtab
 def free_slots(session):
     start = session.mark()
     session.send("hash")
-    session.wait_for(r"evaluation hashtable:[^%]*%\n", 5, start)
+    session.wait_for_text(r"evaluation hashtable:[^%]*%\n", 5, start)
     return {name: (int(total), int(free))
             for name, total, free in HASH_TABLE.findall(session.output(start))}
 
 
 def test_a_new_personality_clears_the_tables_that_depend_on_it():
-    with ConsoleSession() as engine:
+    with InteractiveSession() as engine:
         mark = engine.mark()
         engine.send("sd 4", "go")
-        engine.wait_for(PLAYED, 30, mark)
+        engine.wait_for_text(PLAYED, 30, mark)
         engine.send("force")
         before = free_slots(engine)
         for name, (total, free) in before.items():
