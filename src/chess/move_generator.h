@@ -15,6 +15,8 @@ constexpr int GEN_UNDERPROMOTIONS = 32;
 constexpr int GEN_CASTLING = 64;
 constexpr int GEN_ALL_MOVES = 128;
 constexpr int GEN_ALL_CHECKS = GEN_DIRECT_CHECKS | GEN_DISCOVERED_CHECKS | GEN_DOUBLE_CHECKS;
+// Every legal move, whatever the other bits ask for.
+constexpr int GEN_EVERY_MOVE = 255;
 
 // Writes the selected moves into buffer (MOVE_BUFFER_SIZE words, the last set to INVALID by the
 // caller) and returns the pointer behind the last one. In check the mask is ignored: every
