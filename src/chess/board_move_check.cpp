@@ -168,7 +168,7 @@ bool Board::IsEnPassantLegal(Move move) const {
 bool Board::VerifyMove(Move move) const {
   Move buffer[MOVE_BUFFER_SIZE];
   buffer[MAX_MOVES] = INVALID;
-  const Move* end = GenerateMoves(buffer, *this, GEN_ALL_MOVES | 127);
+  const Move* end = GenerateMoves(buffer, *this, GEN_EVERY_MOVE);
   for (const Move* m = buffer; m != end; ++m)
     if (*m == move) return true;
   return false;

@@ -158,7 +158,7 @@ Generator<US>::Generator(const Board& board_, int mask_, Move* out_)
 
   if (in_check) {
     // An evasion must deal with every check, whatever was asked for.
-    mask = 255;
+    mask = GEN_EVERY_MOVE;
     PrepareEvasions();
   } else {
     targets = Selects(GEN_ALL_MOVES) ? ~own.all : Selects(GEN_CAPTURES) ? enemy.all : 0;

@@ -14,7 +14,7 @@ Move* GenerateMoves(Move* buffer, const Board& board, int mask) {
 void GenerateMoves(std::vector<Move>& moves, const Board& board) {
   Move buffer[MOVE_BUFFER_SIZE];
   buffer[MAX_MOVES] = INVALID;
-  Move* end = GenerateMoves(buffer, board, 255);
+  Move* end = GenerateMoves(buffer, board, GEN_EVERY_MOVE);
   // The name is spelled as the assertion's report shows it.
   const auto NUM_MOVES = end - buffer;
   CHECKED_ASSERT(NUM_MOVES <= MAX_MOVES && buffer[MAX_MOVES] == INVALID,

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "search/search_types.h"
+
 namespace {
 
 // The bound of `from` replaces that of `into` only where it is tighter, proved at least as deep,
@@ -53,7 +55,9 @@ TranspositionEntry MakeBoundEntry(std::uint64_t key, Move move, int position_typ
 
 TranspositionEntry MakePlaceholder(std::uint64_t key, Move move, int position_type,
                                    bool single_reply, bool queen_attacked, bool mate_threat) {
-  const int node_flags = (queen_attacked ? 4 : 8) + (single_reply ? 1 : 0) + (mate_threat ? 2 : 0);
+  const std::uint32_t queen = queen_attacked ? QUEEN_ATTACKED : QUEEN_NOT_ATTACKED;
+  const int node_flags =
+      int(queen | (single_reply ? SINGLE_REPLY : 0) | (mate_threat ? MATE_THREAT : 0));
   return {key,         NO_LOWER_BOUND, NO_UPPER_BOUND, NO_DISTANCE,
           NO_DISTANCE, MakePayload(move, true, position_type, node_flags)};
 }

@@ -43,8 +43,8 @@ struct TranspositionEntry {
 
   Move move() const { return Move(payload & MOVE_MASK); }
   bool lower_was_stored_last() const { return (payload >> LOWER_LAST_SHIFT) & 1; }
-  int position_type() const { return int((payload >> TYPE_SHIFT) & 31); }
-  int node_flags() const { return int((payload >> FLAGS_SHIFT) & 0x7FF); }
+  int position_type() const { return int((payload >> TYPE_SHIFT) & TYPE_MASK); }
+  int node_flags() const { return int((payload >> FLAGS_SHIFT) & FLAGS_MASK); }
   std::uint32_t generation() const { return std::uint32_t(payload >> GENERATION_SHIFT); }
   // The depth the entry is good for: the deeper of its two bounds.
   int distance() const { return lower_distance > upper_distance ? lower_distance : upper_distance; }
@@ -57,7 +57,9 @@ struct TranspositionEntry {
   static constexpr std::uint64_t MOVE_MASK = 0x7FFFFF;
   static constexpr int LOWER_LAST_SHIFT = 24;
   static constexpr int TYPE_SHIFT = 25;
+  static constexpr std::uint64_t TYPE_MASK = 31;
   static constexpr int FLAGS_SHIFT = 30;
+  static constexpr std::uint64_t FLAGS_MASK = 0x7FF;
   static constexpr int GENERATION_SHIFT = 41;
 };
 static_assert(sizeof(TranspositionEntry) == 24);
@@ -65,10 +67,11 @@ static_assert(sizeof(TranspositionEntry) == 24);
 // The payload without its generation, which the table writes on storing.
 constexpr std::uint64_t MakePayload(Move move, bool lower_was_stored_last, int position_type,
                                     int node_flags) {
-  return (move & TranspositionEntry::MOVE_MASK) |
-         std::uint64_t{lower_was_stored_last} << TranspositionEntry::LOWER_LAST_SHIFT |
-         std::uint64_t(position_type & 31) << TranspositionEntry::TYPE_SHIFT |
-         std::uint64_t(node_flags & 0x7FF) << TranspositionEntry::FLAGS_SHIFT;
+  using Entry = TranspositionEntry;
+  return (move & Entry::MOVE_MASK) |
+         std::uint64_t{lower_was_stored_last} << Entry::LOWER_LAST_SHIFT |
+         (std::uint64_t(position_type) & Entry::TYPE_MASK) << Entry::TYPE_SHIFT |
+         (std::uint64_t(node_flags) & Entry::FLAGS_MASK) << Entry::FLAGS_SHIFT;
 }
 
 // The entry of a search result: `value` is node-relative (see ToNodeRelative). A lower bound
@@ -77,8 +80,7 @@ TranspositionEntry MakeBoundEntry(std::uint64_t key, Move move, int position_typ
                                   int distance, int value, bool is_lower_bound);
 
 // An entry that carries only a move of a known line, for positions the table has lost: it never
-// decides a bound. Node flags: 4 if the queen is attacked, else 8; plus 1 for a single reply and
-// 2 for a mate threat.
+// decides a bound. Its node flags are the facts it is given, the queen's in either case.
 TranspositionEntry MakePlaceholder(std::uint64_t key, Move move, int position_type,
                                    bool single_reply, bool queen_attacked, bool mate_threat);
 

@@ -175,7 +175,10 @@ bool HistoryBeforeTacticalsEnabled(const SortContext& context) {
   if (search_all_tacticals_first_if_playing_for_mate && context.beta > MATE_THRESHOLD) {
     return false;
   }
-  if (max_material_margin_to_search_history_moves_before_tacticals == 32767000) return false;
+  // At its limit the margin switches the stage off instead of letting every position in.
+  if (max_material_margin_to_search_history_moves_before_tacticals == MATERIAL_MARGIN_LIMIT) {
+    return false;
+  }
   const std::int32_t needed = context.beta - context.board.Material() -
                               QuiescenceMargin[context.position_type];
   return needed <= max_material_margin_to_search_history_moves_before_tacticals;

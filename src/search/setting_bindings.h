@@ -20,6 +20,8 @@ struct SettingBinding {
   std::int32_t size = 1;
   std::int32_t minimum = 0;
   std::int32_t maximum = 0;
+  std::string_view default_text;  // the value at program start, as a settings file writes it
+  std::string_view description;   // what the setting steers, in a few words
 
   // A variable of the right type and range, without a value.
   std::unique_ptr<DataType> MakeEmpty() const;
@@ -29,19 +31,24 @@ struct SettingBinding {
   void Store(const DataType& variable) const;
 };
 
-constexpr SettingBinding IntegerSetting(std::string_view name, std::int32_t& global,
-                                        std::int32_t minimum, std::int32_t maximum) {
-  return {name, &global, nullptr, 1, minimum, maximum};
+constexpr SettingBinding BindSetting(std::string_view name, std::int32_t& global,
+                                     std::int32_t minimum, std::int32_t maximum,
+                                     std::string_view default_text, std::string_view description) {
+  return {name, &global, nullptr, 1, minimum, maximum, default_text, description};
 }
 
 template <std::size_t N>
-constexpr SettingBinding IntegerSetting(std::string_view name, std::int32_t (&global)[N],
-                                        std::int32_t minimum, std::int32_t maximum) {
-  return {name, global, nullptr, static_cast<std::int32_t>(N), minimum, maximum};
+constexpr SettingBinding BindSetting(std::string_view name, std::int32_t (&global)[N],
+                                     std::int32_t minimum, std::int32_t maximum,
+                                     std::string_view default_text, std::string_view description) {
+  const auto size = static_cast<std::int32_t>(N);
+  return {name, global, nullptr, size, minimum, maximum, default_text, description};
 }
 
-constexpr SettingBinding BooleanSetting(std::string_view name, bool& global) {
-  return {name, nullptr, &global, 1, 0, 1};
+// A boolean's range is always false .. true; the list spells it for the sake of one shape.
+constexpr SettingBinding BindSetting(std::string_view name, bool& global, bool, bool,
+                                     std::string_view default_text, std::string_view description) {
+  return {name, nullptr, &global, 1, 0, 1, default_text, description};
 }
 
 inline constexpr std::size_t SEARCH_SETTING_COUNT = 173;

@@ -6,6 +6,7 @@
 #include "bitbases/probe_generic_bitbases.h"
 #include "bitbases/special_bitbases.h"
 #include "bitbases/tablebases.h"
+#include "chess/basic.h"
 #include "chess/memory_size.h"
 #include "evaluation/evaluate.h"
 #include "search/hash.h"
@@ -20,7 +21,7 @@ namespace BraskInterfaces {
 
 void Command_Contempt::Execute(GameState& game) {
   RequireForceMode(game);
-  const int clamped = std::clamp(value, -32767, 32767);
+  const int clamped = std::clamp(value, -MATE, MATE);
   if (clamped != game.search.contempt) {
     game.search.SetContempt(clamped);
     game.draw_handler.contempt = clamped;

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "chess/basic.h"
 #include "chess/edit_board.h"
 #include "chess/pgn_info.h"
 #include "chess/user_board.h"
@@ -129,8 +130,9 @@ void ConsoleProtocol::Greeting() {
 }
 
 std::string ConsoleScoreText(std::int32_t score) {
-  if (score >= -31767 && score <= 31767) return std::to_string(score);
-  const int plies = MATE - (score < 0 ? -score : score);
+  const std::int32_t size = score < 0 ? -score : score;
+  if (size <= MATE_THRESHOLD + 1) return std::to_string(score);
+  const int plies = MATE - size;
   const std::string moves = std::to_string((plies - 1) / 2 + 1);
   return score < 0 ? "-#" + moves : "#" + moves;
 }

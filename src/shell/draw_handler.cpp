@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "chess/basic.h"
 #include "chess/bitboard.h"
 #include "bitbases/tablebases.h"
 #include "chess/board.h"
@@ -20,12 +21,13 @@ void DrawHandler::Reset() {
 void DrawHandler::Update(const Board& board, std::int32_t score) {
   ++moves_seen;
   ++moves_since_own_offer;
-  if (score >= -31767) {
+  if (score >= -(MATE_THRESHOLD + 1)) {
     mate_closing_in = false;
     mated_in = -1;
   } else {
     mate_closing_in = last_score > score;
-    mated_in = (score + 32766) / 2 + 1;
+    const int plies = score + MATE;
+    mated_in = (plies - 1) / 2 + 1;
   }
   losing_streak = score < contempt - 14 ? losing_streak + 1 : 0;
   winning_streak = score > contempt + 14 ? winning_streak + 1 : 0;

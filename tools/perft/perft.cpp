@@ -98,7 +98,7 @@ std::string ParseArguments(int argc, char** argv, Options& options) {
 std::uint64_t CountWithDivide(Board& board, int depth) {
   if (depth == 0) return 1;
   Move buffer[MOVE_BUFFER_SIZE];
-  const Move* end = GenerateMoves(buffer, board, 255);
+  const Move* end = GenerateMoves(buffer, board, GEN_EVERY_MOVE);
   std::uint64_t total = 0;
   for (const Move* move = buffer; move != end; ++move) {
     board.MakeMove(*move);
