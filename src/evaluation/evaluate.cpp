@@ -9,8 +9,6 @@
 
 namespace {
 
-// No static score reaches a mate value.
-constexpr int MATE_RANGE = 31767;
 
 int RunEvaluator(EvaluationState& evaluation, const Board& board, int beta, int position_type,
                  bool& lazy) {
@@ -27,7 +25,8 @@ int RunEvaluator(EvaluationState& evaluation, const Board& board, int beta, int 
 }  // namespace
 
 int Evaluate(EvaluationState& evaluation, const Board& board, int beta, int position_type) {
-  if (beta >= MATE_RANGE || beta <= -MATE_RANGE) return beta >= 1 ? beta - 1 : beta;
+  // No static score reaches a mate value.
+  if (beta > MATE_THRESHOLD || beta < -MATE_THRESHOLD) return beta >= 1 ? beta - 1 : beta;
   if (position_type == ENDGAME_NO_PAWNS_LEFT) return EvaluateNoPawns(evaluation, board);
 
   switch (EVALUATION_HASH_TABLE.Probe(board.Key(), beta)) {
@@ -49,8 +48,8 @@ int Evaluate(EvaluationState& evaluation, const Board& board, int beta, int posi
 }
 
 int EvaluateExact(EvaluationState& evaluation, const Board& board, int position_type) {
-  int low = -32767;
-  int high = 32767;
+  int low = -MATE;
+  int high = MATE;
   for (;;) {
     const int mid = (low + high) / 2;
     const int probe = mid == low ? high : mid;
