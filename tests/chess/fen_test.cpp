@@ -122,16 +122,6 @@ TEST(Fen, PositionsThatCannotStandAreInvalid) {
   }
 }
 
-TEST(Fen, AFinishedPositionArrivesAsAFinishedGame) {
-  UserBoard game;
-  game.SetFEN("rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3");
-  EXPECT_EQ(game.current.result, RESULT_BLACK_WINS);
-  EXPECT_EQ(game.current.reason, REASON_CHECKMATE);
-  EXPECT_EQ(game.start.result, RESULT_BLACK_WINS);
-  game.SetFEN("4k3/8/8/8/8/8/8/R3K3 w - - 100 70");
-  EXPECT_EQ(game.current.reason, REASON_FIFTY_MOVES);
-}
-
 TEST(Fen, StreamsReadSixTokensAndWriteOneLine) {
   UserBoard game;
   std::istringstream in("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR\nb KQkq e3 0 1 trailing");

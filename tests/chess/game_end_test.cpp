@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "chess/user_board.h"
@@ -38,8 +39,9 @@ TEST(GameEnd, StalemateAfterAMoveAndInAPositionSetUp) {
   game.MakeMove("Qf7");
   ExpectEnd(game, RESULT_DRAW, REASON_STALEMATE);
   ExpectEnd(Game("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1"), RESULT_DRAW, REASON_STALEMATE);
-  ExpectEnd(Game("rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3"),
-            RESULT_BLACK_WINS, REASON_CHECKMATE);
+  const UserBoard mated = Game("rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3");
+  ExpectEnd(mated, RESULT_BLACK_WINS, REASON_CHECKMATE);
+  EXPECT_EQ(mated.start.result, RESULT_BLACK_WINS);
 }
 
 TEST(GameEnd, FiftyMovesButMateOnTheHundredthPlyStands) {
@@ -85,12 +87,14 @@ TEST(GameEndTexts, ResultAndReason) {
                                RESULT_UNKNOWN, 77u})
     EXPECT_EQ(UserBoard::ResultText(result), results[std::min(result, 5u)]) << result;
 
-  EXPECT_EQ(UserBoard::ReasonText(RESULT_WHITE_WINS, REASON_CHECKMATE), "White mates");
-  EXPECT_EQ(UserBoard::ReasonText(RESULT_BLACK_WINS, REASON_CHECKMATE), "Black mates");
-  EXPECT_EQ(UserBoard::ReasonText(RESULT_DRAW, REASON_CHECKMATE), "Black mates");
-  EXPECT_EQ(UserBoard::ReasonText(RESULT_WHITE_WINS, REASON_RESIGNATION), "Black resigns");
-  EXPECT_EQ(UserBoard::ReasonText(RESULT_BLACK_WINS, REASON_RESIGNATION), "White resigns");
-  EXPECT_EQ(UserBoard::ReasonText(RESULT_UNKNOWN, REASON_RESIGNATION), "White resigns");
+  for (const auto& [result, reason, text] :
+       {std::tuple{RESULT_WHITE_WINS, REASON_CHECKMATE, "White mates"},
+        {RESULT_BLACK_WINS, REASON_CHECKMATE, "Black mates"},
+        {RESULT_DRAW, REASON_CHECKMATE, "Black mates"},
+        {RESULT_WHITE_WINS, REASON_RESIGNATION, "Black resigns"},
+        {RESULT_BLACK_WINS, REASON_RESIGNATION, "White resigns"},
+        {RESULT_UNKNOWN, REASON_RESIGNATION, "White resigns"}})
+    EXPECT_EQ(UserBoard::ReasonText(result, reason), text) << result << ' ' << reason;
   const char* fixed[] = {"Lost on time",     "Stalemate",        "Insufficient material",
                          "Threefold repetition", "Mutual agreement", "Fifthy move rule",
                          "aborted",          "unknown reason",   "unknown reason"};

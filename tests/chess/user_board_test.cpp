@@ -47,7 +47,7 @@ TEST(UserBoard, ADifferentMoveDropsTheMovesPutAside) {
   EXPECT_TRUE(game.next_moves.empty());
 }
 
-TEST(UserBoard, RewindThenNextAllComesBackToTheSameEnd) {
+TEST(UserBoard, RewindThenNextAllComesBackToTheSameEndAndUndoReopensIt) {
   UserBoard game;
   Play(game, {"f3", "e5", "g4", "Qh4"});
   const std::string fen = game.GetFEN();
@@ -63,11 +63,7 @@ TEST(UserBoard, RewindThenNextAllComesBackToTheSameEnd) {
   EXPECT_EQ(game.current.result, RESULT_BLACK_WINS);
   EXPECT_EQ(game.current.reason, REASON_CHECKMATE);
   EXPECT_EQ(game.keys.size(), 4u);
-}
-
-TEST(UserBoard, UndoingAMateReopensTheGame) {
-  UserBoard game;
-  Play(game, {"f3", "e5", "g4", "Qh4"});
+  // Undoing the mate reopens the game.
   game.Undo();
   EXPECT_EQ(game.current.result, RESULT_RUNNING);
   EXPECT_EQ(game.current.reason, REASON_NONE);

@@ -1,9 +1,6 @@
-"""Runs the engine as a whole program for the transcript tests.
-
-Each run gets a fresh temporary working directory, so that its log file (read back into the
-result) and any files the commands write stay out of the build tree. Every wait has a deadline:
-a run or a session that does not answer in time fails its test, never hangs the suite.
-"""
+"""Runs the engine as a whole program for the transcript tests, each run in a fresh temporary
+directory. Every wait has a deadline: an engine that does not answer fails its test, never hangs
+the suite."""
 import os
 import re
 import subprocess
@@ -18,8 +15,7 @@ TIMEOUT_SECONDS = 20
 # The console prompt: a carriage return for the terminal, then side and move number.
 PROMPT = re.compile(r" \r(?:White|Black) \d+> ")
 EDIT_PROMPT = "edit mode> "
-# What a search writes on the console while it runs and when it ends: iteration lines without a
-# newline, thinking lines that overwrite them, new candidates, and the statistics.
+# What a search writes on the console: iteration and thinking lines, candidates, statistics.
 THINKING = re.compile(r"\r?Depth: \d+\.(?: [^\n]*\n)?|\d+ knodes searched\n|!\? \S+ |"
                       r"(?:time: |hit ratio: |ETTC tries=)[^\n]*\n")
 # A board diagram as the console shows it after each change of the game.
@@ -57,12 +53,9 @@ def engine_path():
 
 def run(lines=(), arguments=(), files=None, input_bytes=None, timeout=TIMEOUT_SECONDS,
         directory=None):
-    """Runs the engine on `lines` (each ended by a newline) or on raw `input_bytes`.
-
-    `files` maps names to contents to put into the working directory first; the contents of all
-    files there after the run, logs excepted, come back in `Run.files`. A given `directory` is
-    used as it is and kept; the log read back is then its newest, and no files are.
-    """
+    """Runs the engine on `lines` or raw `input_bytes`, with `files` (name: content) put into the
+    directory first; the files after the run, logs excepted, come back in `Run.files` (none when
+    a `directory` of the caller's is used)."""
     if input_bytes is None:
         input_bytes = "".join(line + "\n" for line in lines).encode("utf-8", "surrogateescape")
     with tempfile.TemporaryDirectory(prefix="brask-") as scratch:
@@ -95,14 +88,9 @@ def read_files(directory):
 
 
 class InteractiveSession:
-    """The engine on pipes, for tests that time their lines against what it has answered.
-
-    A reader thread collects standard output as it comes. It can be read as whole lines
-    (`read_line`, `wait_for`, `quiet_for`) or, for the console, whose prompts and iteration lines
-    end without a newline, as one text with positions in it (`mark`, `output`, `poll_for`,
-    `wait_for_text`). Every wait has a deadline, and `close` ends the engine (by "quit", then by
-    force) so that no test can hang. Use it in a `with` block; the log is in `log` afterwards.
-    """
+    """The engine on pipes, read as lines (`read_line`, `wait_for`, `quiet_for`) or, for the
+    console's unended prompts, as one text with positions in it (`mark`, `output`, `poll_for`,
+    `wait_for_text`). Use it in a `with` block; the log is in `log` afterwards."""
 
     def __init__(self, arguments=(), timeout=TIMEOUT_SECONDS):
         self.directory = tempfile.TemporaryDirectory(prefix="brask-")
@@ -160,8 +148,8 @@ class InteractiveSession:
                 self._changed.wait(left)
 
     def wait_for(self, pattern, timeout, what=None):
-        """Reads lines until one matches `pattern` (a regular expression, searched); returns the
-        match and the lines read before it. Fails the test if none comes in time."""
+        """The match of the first line matching `pattern`, and the lines skipped; fails the test
+        if none comes in time."""
         pattern = re.compile(pattern)
         skipped = []
         end = time.monotonic() + timeout
@@ -251,8 +239,8 @@ def expect(condition, what):
 
 
 def run_tests(tests):
-    """Runs the test functions in order (a list, or a module's globals, whose `test_` functions
-    run), reports each, and exits non-zero if any failed."""
+    """Runs the test functions (a list, or a module's globals), reports each, and exits non-zero
+    if any failed."""
     if isinstance(tests, dict):
         tests = [value for name, value in tests.items() if name.startswith("test_")]
     failures = 0

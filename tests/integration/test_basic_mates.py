@@ -1,8 +1,6 @@
 #!/usr/bin/env python3
-"""Acceptance tests of the mating knowledge without tablebases: the engine plays both sides of
-king and rook, and king and queen, against the bare king, and mates within the fifty-move rule,
-also from the positions that are hardest for the attacker: the bare king in the centre and the
-winning king far away in a corner.
+"""The engine plays both sides of king and rook, and king and queen, against the bare king, and
+mates within the fifty-move rule, also from the positions hardest for the attacker.
 
 Usage: test_basic_mates.py BUILD_DIR
 """
@@ -20,17 +18,10 @@ FIFTY_MOVES = 100  # plies without a capture or pawn move
 
 # (position, winner): the bare king in the centre, the winning king far away in a corner, either
 # side on move, and Black as the attacker once.
-KING_AND_ROOK = [
-    ("8/8/8/3k4/8/8/8/R6K w - - 0 1", "1-0"),
-    ("8/8/8/4k3/8/8/8/K6R b - - 0 1", "1-0"),
-    ("7K/8/8/8/3k4/8/8/R7 w - - 0 1", "1-0"),
-    ("r6k/8/8/8/4K3/8/8/8 b - - 0 1", "0-1"),
-]
-KING_AND_QUEEN = [
-    ("8/8/8/4k3/8/8/8/1Q5K w - - 0 1", "1-0"),
-    ("K7/8/8/8/4k3/8/8/6Q1 b - - 0 1", "1-0"),
-    ("q6k/8/8/8/3K4/8/8/8 b - - 0 1", "0-1"),
-]
+KING_AND_ROOK = [("8/8/8/3k4/8/8/8/R6K w - - 0 1", "1-0"), ("8/8/8/4k3/8/8/8/K6R b - - 0 1", "1-0"),
+                 ("7K/8/8/8/3k4/8/8/R7 w - - 0 1", "1-0"), ("r6k/8/8/8/4K3/8/8/8 b - - 0 1", "0-1")]
+KING_AND_QUEEN = [("8/8/8/4k3/8/8/8/1Q5K w - - 0 1", "1-0"),
+                  ("K7/8/8/8/4k3/8/8/6Q1 b - - 0 1", "1-0"), ("q6k/8/8/8/3K4/8/8/8 b - - 0 1", "0-1")]
 
 
 def play_to_the_end(fen):
@@ -71,5 +62,4 @@ def test_king_and_queen_mate_the_bare_king():
 
 
 if __name__ == "__main__":
-    engine_session.run_tests([test_king_and_rook_mate_the_bare_king,
-                              test_king_and_queen_mate_the_bare_king])
+    engine_session.run_tests(globals())

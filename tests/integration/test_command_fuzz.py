@@ -2,10 +2,8 @@
 """Random and mutated command lines: the engine must survive them all and still answer a ping.
 
 Usage: test_command_fuzz.py BUILD_DIR
-
-The seeds are fixed, so a failure repeats. `edit` and `quit` are left out of the random lines:
-the first makes the engine read the following lines as edit commands, the second ends the run.
-Edit mode gets a fuzzed session of its own, closed deliberately.
+Seeds are fixed. `edit` (whose lines follow their own grammar; it gets a session of its own)
+and `quit` are left out of the random lines.
 """
 import random
 

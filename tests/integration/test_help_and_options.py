@@ -66,10 +66,7 @@ def test_command_help_columns_and_order():
     expect_equal(texts["next"][1], 'one). Additionally, "next all" will make all moves at once, '
                  "and", "two blanks in the text of next")
     check_filled(entries, 16)
-
-
-def test_help_in_the_log_has_no_padding():
-    result = run(["help"])
+    # The log gets the entries without padding.
     expect("\ncommand description\n" in result.log, "heading in the log")
     expect("\nhint.Makes the engine propose a move\n" in result.log, "entry in the log")
 

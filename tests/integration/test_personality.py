@@ -1,7 +1,5 @@
 #!/usr/bin/env python3
-"""What a user sees of the personalities and of the developer's aid optimize_piece: the names
-and values shown, the parsing of the argument, the effect on the evaluation and on the hash
-tables, and the search for the best square of a piece.
+"""The personalities as a user sees them, and the developer's aid optimize_piece.
 
 Usage: test_personality.py BUILD_DIR
 """
@@ -127,8 +125,4 @@ def test_optimize_piece_refuses_what_is_no_piece():
 
 
 if __name__ == "__main__":
-    run_tests([test_names_values_and_refusals, test_the_personality_moves_the_evaluation,
-               test_a_new_personality_clears_the_tables_that_depend_on_it,
-               test_optimize_piece_finds_the_best_square,
-               test_optimize_piece_keeps_to_the_squares_of_the_piece,
-               test_optimize_piece_refuses_what_is_no_piece])
+    run_tests(globals())

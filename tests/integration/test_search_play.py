@@ -1,9 +1,6 @@
 #!/usr/bin/env python3
-"""Acceptance tests of the engine playing at the console with its real search and clock: mates
-found and played to the end of the game, stalemate valued at the contempt, the hash tables, a
-40-move game under the clock, searches that never stop by themselves, draw offers, resignation,
-hints and the status line, time and depth limits, quitting and commands typed during a search, and
-the node count of the bench tool.
+"""The engine playing at the console with its real search and clock, from mates to a 40-move
+game, searches that never stop by themselves, draw offers, resignation and quitting.
 
 Usage: test_search_play.py BUILD_DIR
 """
@@ -58,20 +55,16 @@ def play_out(session, setup, max_moves):
     raise AssertionError(f"no end of the game after {moves}")
 
 
-def test_mate_in_two_is_announced_and_played():
-    with console() as engine:
-        moves, output = play_out(engine, ["setboard 7k/8/8/8/8/8/R7/1R4K1 w - - 0 1", "st 2"], 4)
-        expect_equal([score for _, score in moves], ["#2", "#1"], "scores of the mating moves")
-        expect(moves[-1][0].endswith("#"), f"last move {moves[-1][0]} is no mate")
-        expect("game over: 1-0 (White mates)\n" in output, f"no end of game: {output[-300:]!r}")
-
-
-def test_mate_in_three_for_black_is_announced_and_played():
-    fen = "r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1"
-    with console() as engine:
-        moves, output = play_out(engine, ["setboard " + fen, "st 2"], 5)
-        expect_equal([score for _, score in moves], ["#3", "#2", "#1"], "scores of the mating moves")
-        expect("game over: 0-1 (Black mates)\n" in output, f"no end of game: {output[-300:]!r}")
+def test_mates_are_announced_and_played():
+    for fen, scores, result in [
+            ("7k/8/8/8/8/8/R7/1R4K1 w - - 0 1", ["#2", "#1"], "1-0 (White mates)"),
+            ("r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1", ["#3", "#2", "#1"],
+             "0-1 (Black mates)")]:
+        with console() as engine:
+            moves, output = play_out(engine, ["setboard " + fen, "st 2"], len(scores) + 2)
+            expect_equal([score for _, score in moves], scores, "scores of the mating moves")
+            expect(moves[-1][0].endswith("#"), f"last move {moves[-1][0]} is no mate")
+            expect(f"game over: {result}\n" in output, f"no end of game: {output[-300:]!r}")
 
 
 def test_being_mated_shows_the_distance_and_the_engine_resigns():
@@ -168,11 +161,8 @@ SEARCH_TIME = re.compile(r"time: ([\d.]+) sec")
 
 
 def test_a_forty_move_game_against_itself_keeps_within_the_clock():
-    """The engine plays both sides (go after each move) at level 40 1 0.
-
-    The hard limit of each search is taken from the log: with m moves to the time control it is
-    at least the clock divided by m, and with 40 moves ahead it is exactly that, so the limit of
-    move 41 tells what was left of the first minute."""
+    """The engine plays both sides at level 40 1 0. The hard limit of move 41, from the log, is
+    exactly the clock divided by 40: it tells what was left of the first minute."""
     with console() as engine:
         # A draw is worth less than a pawn to both sides, so the game isn't repeated to its end.
         engine.send("force", "contempt -50", f"level 40 {LEVEL_SECONDS // 60} 0")
@@ -189,9 +179,8 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
     limits = [int(limit) for limit, _ in SEARCH_LIMITS.findall(engine.log)]
     times = [float(seconds) for seconds in SEARCH_TIME.findall(engine.log)]
     expect_equal((len(limits), len(times)), (2 * GAME_MOVES, 2 * GAME_MOVES), "searches logged")
-    # The search finds the clock by counting nodes, and aims its polls at the hard limit by the
-    # node rate it has measured; on a busy machine the rate drops between two polls, which are at
-    # most an eighth of a second apart, so that much may be spent past the limit.
+    # The clock is polled by node counts at most an eighth of a second apart: on a busy machine
+    # that much may be spent past the limit.
     for ply, (limit, seconds) in enumerate(zip(limits, times)):
         expect(seconds * 1000 <= limit + 125,
                f"ply {ply + 1} searched {seconds} s with a hard limit of {limit} ms")

@@ -46,7 +46,8 @@ def test_moves_in_force_mode_are_booked_on_the_clocks():
 def test_level_and_tc_reset_the_clocks_they_set():
     result = run(["level 40 0 5", "time 1", "tc 40 120 0 20 60 0 0 30 5;0 1:30 0", "otim 1",
                   "tc 40 120 0", "tc 40 120", "tc 1 2 3;", "tc 0 5 0;0 5 0;0 5 0", "tc a 5 0",
-                  "level 0 0 0", "level 1 -1 0", "level 1 1:-5 0"])
+                  "level 0 0 0", "level 1 -1 0", "level 1 1:-5 0", "st 0", "st 2147483", "st 2147484",
+                  "sd 0", "sd 2147483647", "sd -5"])
     expect_equal(result.answers(), [
         "Error (last time control must not terminate): tc 40 120 0",
         "Error (missing parameters): tc 40 120",
@@ -55,17 +56,13 @@ def test_level_and_tc_reset_the_clocks_they_set():
         "Error (integer argument expected): tc a 5 0",
         "Error (argument out of bounds): level 1 -1 0",
         "Error (argument out of bounds): level 1 1:-5 0",
-    ], "refused time controls")
+        "Error (argument out of bounds): st 2147484",
+        "Error (argument out of bounds): sd -5",
+    ], "refused time controls and limits")
     reports = clock_reports(result.log)
     expect_equal(reports[0][0], (40, 10000, "false"), "level with T 0 is ten seconds")
     expect_equal(reports[1][:2], ((40, 10, "false"), (-1, 90000, "false")),
                  "otim on White's first stage, Black's own list")
-
-
-def test_st_and_sd_limits():
-    result = run(["st 0", "st 2147483", "st 2147484", "sd 0", "sd 2147483647", "sd -5"])
-    expect_equal(result.answers(), ["Error (argument out of bounds): st 2147484",
-                                    "Error (argument out of bounds): sd -5"], "limits")
 
 
 def test_settings_written_read_back_and_changed():

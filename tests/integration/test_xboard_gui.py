@@ -1,12 +1,9 @@
 #!/usr/bin/env python3
-"""Brask against Brask under the real xboard GUI, headless: one process as the first engine, one
-as the second, so both roles are played and no other program's faults can fail the test. Two
-games, so that each process plays both colours.
+"""Brask against Brask under the real xboard GUI, headless, two games so that each process plays
+both colours. Every game must end normally, with no illegal move, loss on time or dead engine.
 
-Every game must end normally (mate, a draw rule or resignation) with no illegal move, no loss on
-time, no false claim and no engine that dies. Usage: test_xboard_gui.py BUILD_DIR [GAMES] [TIME]
-[INCREMENT] (more games and other clocks make it a self-play match). With BRASK_MATCH_DIR set,
-the games, xboard's debug file and the engines' logs are kept in that directory.
+Usage: test_xboard_gui.py BUILD_DIR [GAMES] [TIME] [INCREMENT]; with BRASK_MATCH_DIR set, the
+games, xboard's debug file and the engines' logs are kept in that directory.
 """
 import os
 import re
@@ -29,8 +26,7 @@ ENGINE_FAULTS = re.compile(r"<(?:first|second)\s*: (?:Illegal move|Error)|"
 
 
 def read_until(process, marker, deadline):
-    """xboard's output up to the line holding `marker`, or up to the deadline if it never comes:
-    a silent xboard can't hold the test past it."""
+    """xboard's output up to the line holding `marker`, or up to the deadline."""
     output = b""
     while time.monotonic() < deadline:
         ready, _, _ = select.select([process.stdout], [], [], max(0, deadline - time.monotonic()))
@@ -47,10 +43,9 @@ def read_until(process, marker, deadline):
 
 def play_match(build, directory, games, clock, increment):
     pgn, debug = os.path.join(directory, "games.pgn"), os.path.join(directory, "xboard.debug")
-    engines = []
-    for role in ("first", "second"):
-        engines.append(os.path.join(directory, role))
-        os.makedirs(engines[-1], exist_ok=True)
+    engines = [os.path.join(directory, role) for role in ("first", "second")]
+    for engine in engines:
+        os.makedirs(engine, exist_ok=True)
     brask = os.path.join(build, "brask")
     command = ["xvfb-run", "-a", XBOARD, "-noGUI",
                "-fcp", brask, "-fd", engines[0], "-scp", brask, "-sd", engines[1],

@@ -81,27 +81,20 @@ TEST(DrawHandler, MateScoresGiveMovesToMateAndWhetherItCloses) {
   EXPECT_FALSE(handler.mate_closing_in);
 }
 
+// Accepts when at the contempt value twice, drawish for fifteen searches, losing for six, or at
+// once when hopeless.
 TEST(DrawHandler, AcceptsDrawWhenLosingOrLongDrawish) {
   const Board board = BoardFromFen(NO_QUEENS);
-  DrawHandler handler;
-  Feed(handler, board, 0, 1);
-  EXPECT_FALSE(handler.AcceptDraw());  // one score at the contempt value is not enough
-  Feed(handler, board, 0, 1);
-  EXPECT_TRUE(handler.AcceptDraw());
-
-  DrawHandler drawish;
-  Feed(drawish, board, 5, 15);
-  EXPECT_TRUE(drawish.AcceptDraw());
-  DrawHandler short_drawish;
-  Feed(short_drawish, board, 5, 14);
-  EXPECT_FALSE(short_drawish.AcceptDraw());
-
-  DrawHandler losing;
-  Feed(losing, board, -30, 6);
-  EXPECT_TRUE(losing.AcceptDraw());
-  DrawHandler hopeless;
-  hopeless.Update(board, -300);
-  EXPECT_TRUE(hopeless.AcceptDraw());
+  const struct {
+    int score, times;
+    bool accepts;
+  } cases[] = {{0, 1, false}, {0, 2, true},   {5, 14, false},
+               {5, 15, true}, {-30, 6, true}, {-300, 1, true}};
+  for (const auto& c : cases) {
+    DrawHandler handler;
+    Feed(handler, board, c.score, c.times);
+    EXPECT_EQ(handler.AcceptDraw(), c.accepts) << c.score << " x" << c.times;
+  }
 }
 
 TEST(DrawHandler, OffersDrawOnlyAfterAPauseAgainstHumans) {

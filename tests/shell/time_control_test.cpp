@@ -52,15 +52,12 @@ TEST(Clock, StagesFollowEachOtherAndTheLastOneLasts) {  // tc 40 120 0 20 60 0 0
   EXPECT_EQ(clock.ms_left, 7200000 + 3600000 + 1800000 - 1000 * 1000);
 }
 
-TEST(Clock, LastStageThatWouldEndIsKept) {
-  Clock clock = ClockWith({{2, 1000, 0, 0}});
-  ChargeMoves(clock, 5, 0);
-  EXPECT_EQ(clock.stage_index, 0u);
-  EXPECT_EQ(clock.moves_left, 1u);
-  EXPECT_EQ(clock.ms_left, 3000);
-}
-
-TEST(Clock, ResetGoesBackToTheFirstStage) {
+TEST(Clock, LastStageThatWouldEndIsKeptAndResetGoesBackToTheFirst) {
+  Clock last = ClockWith({{2, 1000, 0, 0}});
+  ChargeMoves(last, 5, 0);
+  EXPECT_EQ(last.stage_index, 0u);
+  EXPECT_EQ(last.moves_left, 1u);
+  EXPECT_EQ(last.ms_left, 3000);
   Clock clock = ClockWith({{1, 1000, 0, 0}, {-1, 5000, 100, 0}});
   ChargeMoves(clock, 3, 50);
   ASSERT_EQ(clock.stage_index, 1u);
@@ -93,13 +90,10 @@ TEST(TimeControl, StopChargesTimeButNoMove) {
   EXPECT_EQ(control.clocks[WHITE_CLOCK].moves_left, 40u);
   EXPECT_EQ(control.Stop(At(9000)), 0);
   EXPECT_EQ(control.clocks[WHITE_CLOCK].ms_left, 300000 - 750);
-}
-
-TEST(TimeControl, SecondStartKeepsTheFirstStartingTime) {
-  TimeControl control;
-  control.Start(At(1000));
-  control.Start(At(5000));
-  EXPECT_EQ(control.Stop(At(6000)), 5000);
+  // A second start keeps the first starting time.
+  control.Start(At(10000));
+  control.Start(At(15000));
+  EXPECT_EQ(control.Stop(At(16000)), 6000);
 }
 
 TEST(TimeControl, SwitchOfAStoppedClockCountsTheMoveWithoutTime) {

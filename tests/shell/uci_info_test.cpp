@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "chess/user_board.h"
-#include "shell/error_command.h"
 #include "shell/uci_position.h"
 
 namespace {
@@ -95,33 +94,6 @@ TEST(ParseUciPosition, BuildsTheWholePosition) {
     const UserBoard game = ParseUciPosition(Words(c.line), c.line);
     EXPECT_EQ(game.GetFEN(), c.fen) << c.line;
     EXPECT_FALSE(game.current.IsOver()) << c.line;
-  }
-}
-
-TEST(ParseUciPosition, RefusesWithTheReason) {
-  const struct {
-    const char* line;
-    const char* error;
-  } cases[] = {
-      {"position", "Error (missing parameters): position"},
-      {"position start", "Error (invalid argument(s)): position start"},
-      {"position startpos e2e4", "Error (invalid argument(s)): position startpos e2e4"},
-      {"position startpos moves e2e4 e7e5 e4e5", "Illegal move: e4e5"},
-      {"position startpos moves e2e5", "Illegal move: e2e5"},
-      {"position startpos moves xyz", "Illegal move: xyz"},
-      {"position fen", "Error (input inconsistent with FEN standard): position fen"},
-      {"position fen 8/8/8/8/8/8/8/8 w - - 0 1",
-       "Error (Illegal position): position fen 8/8/8/8/8/8/8/8 w - - 0 1"},
-      // Mate ends the game; nothing can follow it.
-      {"position startpos moves f2f3 e7e5 g2g4 d8h4 a2a3", "Illegal move: a2a3"},
-  };
-  for (const auto& c : cases) {
-    try {
-      ParseUciPosition(Words(c.line), c.line);
-      ADD_FAILURE() << c.line;
-    } catch (const ErrorCommand& error) {
-      EXPECT_STREQ(error.what(), c.error);
-    }
   }
 }
 
