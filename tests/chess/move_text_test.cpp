@@ -20,6 +20,8 @@ const std::string INITIAL = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq 
 const std::string BOTH_CASTLINGS = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
 const std::string PROMOTION = "3nk3/4P3/8/8/8/8/8/4K3 w - - 0 1";
 const std::string PAWN_AND_BISHOP_ON_C3 = "4k3/8/8/8/8/2n5/1P6/4B1K1 w - - 0 1";
+// The rook from f1 mates the king on f8 boxed in by its own pieces.
+constexpr const char* MATING_CASTLING = "4rkr1/4p1p1/8/8/8/8/8/4K2R w K - 0 1";
 
 // A text and what it reads as: the move in coordinates, or the reason for no move.
 struct ReadCase {
@@ -145,6 +147,7 @@ TEST(MoveWriting, SanAsStandardSoftwareWritesIt) {
       {"7k/8/6K1/8/8/8/8/R7 w - - 0 1", "a1a8", "Ra8#"},
       {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "a1a8", "Ra8#"},
       {"4k3/8/8/8/8/8/8/4K2R w K - 0 1", "e1f2", "Kf2"},
+      {MATING_CASTLING, "e1g1", "O-O+"},  // a mate by castling keeps the plus sign
   };
   for (const WriteCase& c : cases) {
     const GameBoard board = Position(c.fen);
@@ -169,6 +172,7 @@ TEST(MoveWriting, LongAlgebraic) {
       {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8", "Pa7-a8=Q+"},
       {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8N", "Pa7-a8=N"},
       {BOTH_CASTLINGS.c_str(), "e1c1", "O-O-O"},
+      {MATING_CASTLING, "e1g1", "O-O+"},
   };
   for (const auto& c : cases) {
     const GameBoard board = Position(c.fen);
@@ -177,17 +181,6 @@ TEST(MoveWriting, LongAlgebraic) {
     ASSERT_NE(move, INVALID) << c.coordinates;
     EXPECT_EQ(MoveToText(board, move, LONG_ALGEBRAIC), c.text);
   }
-}
-
-TEST(MoveWriting, MatingCastlingKeepsThePlusSign) {
-  // The rook from f1 mates the king on f8 boxed in by its own pieces.
-  const GameBoard board = Position("4rkr1/4p1p1/8/8/8/8/8/4K2R w K - 0 1");
-  int reason = -1;
-  const Move move = ReadMove(board, "O-O", reason);
-  ASSERT_EQ(move, WHITE_SHORT_CASTLE_CHECK);
-  ASSERT_TRUE(GivesMate(board, move));
-  EXPECT_EQ(MoveToText(board, move, SAN_NOTATION), "O-O+");
-  EXPECT_EQ(MoveToText(board, move, LONG_ALGEBRAIC), "O-O+");
 }
 
 // Every legal move of many positions, written in SAN and in coordinates, reads back to the same

@@ -209,7 +209,7 @@ TEST(PgnWriting, AFailingStreamIsAnIoError) {
   EXPECT_EQ(out.exceptions(), std::ios::goodbit);
 }
 
-TEST(PgnInfo, SettersWriteTheTagForms) {
+TEST(PgnInfo, SettersWriteTheTagForms) {  // the two-part forms are written in a game above
   PGNInfo info;
   info.SetRound(3);
   info.SetTimeControl(300);

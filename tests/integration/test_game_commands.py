@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""Playing through the console: moves, taking back, prompts, results, sides, names, positions
-and game files.
+"""Playing through the console: moves, taking back, prompts, results, sides, names and files.
 
 Usage: test_game_commands.py BUILD_DIR
 """

@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""Games under the xboard protocol with the real search: moves, status, thinking output, mates,
-results, analysis, hints, pondering, clocks and draw offers, timed as a front end times them.
+"""Games under the xboard protocol with the real search, timed as a front end times them.
 
 Usage: test_xboard_play.py BUILD_DIR
 """
