@@ -2,6 +2,7 @@
 
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "chess/user_board.h"
 
@@ -57,38 +58,25 @@ TEST(Fen, LooseButAcceptableSpellings) {
 }
 
 TEST(Fen, BadTextIsAnIoErrorAndChangesNothing) {
-  const char* bad[] = {
+  const std::string board = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
+  std::vector<std::string> bad = {
       "",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1 extra",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR W KQkq - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w qK - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KK - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w K- - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w -- - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkqX - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e9 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e33 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 101 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - -1 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - x 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 -1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 +1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 99999999999",
-      // a piece lands off its row
-      "rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-      // nine on a row
-      "rnbqkbnrp/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
+      "rnbqkbnr/pppppppp/9/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",   // a piece lands off its row
+      "rnbqkbnrp/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",  // nine on a row
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNX w KQkq - 0 1",
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBN? w KQkq - 0 1",
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w \"KQkq - 0 1",
   };
+  for (const char* fields :
+       {" w KQkq - 0", " w KQkq - 0 1 extra", " x KQkq - 0 1", " W KQkq - 0 1", " w qK - 0 1",
+        " w KK - 0 1", " w K- - 0 1", " w -- - 0 1", " w KQkqX - 0 1", " w KQkq e - 0 1",
+        " w KQkq e9 0 1", " w KQkq e33 0 1", " w KQkq - 101 1", " w KQkq - -1 1",
+        " w KQkq - x 1", " w KQkq - 0 -1", " w KQkq - 0 +1", " w KQkq - 0 99999999999",
+        " w \"KQkq - 0 1"})
+    bad.push_back(board + fields);
   UserBoard game;
   game.MakeMove("e4");
   const std::string fen = game.GetFEN();
-  for (const char* text : bad) {
+  for (const std::string& text : bad) {
     EXPECT_THROW(game.SetFEN(text), UserBoard::io_error) << text;
     EXPECT_EQ(game.GetFEN(), fen);
     EXPECT_EQ(game.moves.size(), 1u);
@@ -97,20 +85,13 @@ TEST(Fen, BadTextIsAnIoErrorAndChangesNothing) {
 
 TEST(Fen, PositionsThatCannotStandAreInvalid) {
   const char* bad[] = {
-      // no kings
-      "8/8/8/8/8/8/8/8 w - - 0 1",
-      // two white kings
-      "4k3/8/8/8/8/8/8/4KK2 w - - 0 1",
-      // pawn on the last rank
-      "4k2P/8/8/8/8/8/8/4K3 w - - 0 1",
-      // White in check, Black on move
-      "4k3/8/8/8/8/8/8/4K2r b - - 0 1",
-      // a right without its rook
-      "4k3/8/8/8/8/8/8/4K3 w K - 0 1",
-      // nothing jumped over e3
-      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e3 0 1",
-      // wrong side for e3
-      "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e3 0 2",
+      "8/8/8/8/8/8/8/8 w - - 0 1",                                     // no kings
+      "4k3/8/8/8/8/8/8/4KK2 w - - 0 1",                                // two white kings
+      "4k2P/8/8/8/8/8/8/4K3 w - - 0 1",                                // pawn on the last rank
+      "4k3/8/8/8/8/8/8/4K2r b - - 0 1",                                // the side off move in check
+      "4k3/8/8/8/8/8/8/4K3 w K - 0 1",                                 // a right without its rook
+      "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e3 0 1",     // nothing jumped over e3
+      "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq e3 0 2",  // wrong side for e3
       "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq a1 0 1",
   };
   UserBoard game;
