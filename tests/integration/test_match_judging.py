@@ -29,7 +29,7 @@ for text, options in [("40/60", ["-tc", "1", "-mps", "40"]),
                       ("90+0", ["-tc", "1:30", "-inc", "0"])]:
     got = match.xboard_clock(*match.parse_clock(text))
     check(got == options, f"clock {text}: {got}")
-for bad in ["40", "40/", "+1", "10+x", "1:30"]:
+for bad in ["40", "40/", "+1", "10+x", "1:30", "0.5+0.1", "40/7.5"]:
     try:
         match.parse_clock(bad)
         check(False, f"clock {bad} accepted")
