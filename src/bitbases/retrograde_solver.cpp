@@ -127,7 +127,9 @@ class Solver {
   void Forward(int side, std::uint64_t index, ForwardOutput& out);
   bool Attacked(int target, int by, const int* squares, Bitboard occupied, int skip) const;
   template <typename Visit>
-  void ForEachLegalMove(int side, const int* squares, Bitboard occupied, Visit visit) const;
+  void ForEachLegalMove(int side, const int* squares, Bitboard occupied, bool in_check,
+                        Visit visit) const;
+  bool MayShieldKing(int side, const int* squares, int from) const;
   template <typename Visit>
   void ForEachEpCapture(int side, const int* squares, Bitboard occupied, int pawn,
                         Visit visit) const;
@@ -214,9 +216,24 @@ bool Solver::TryMove(int side, const int* squares, Bitboard occupied, int piece,
   return !Attacked(moved[side], side ^ 1, moved, after, captured);
 }
 
+// Whether from lies between the side's king and an enemy slider that moves along that line.
+bool Solver::MayShieldKing(int side, const int* squares, int from) const {
+  int king = squares[side];
+  int line = TABLES.line[king][from];
+  if (line == 0) return false;
+  for (int j = 2; j < n_; ++j) {
+    int type = m_.type[std::size_t(j)];
+    if (m_.colour[std::size_t(j)] == side || type == PAWN || type == KNIGHT) continue;
+    if ((type == QUEEN || (type == ROOK) == (line == 1)) && TABLES.line[king][squares[j]] == line &&
+        (TABLES.between[king][squares[j]] & SquareBit(from)))
+      return true;
+  }
+  return false;
+}
+
 // visit(piece, to, captured, promotion) for every legal move but en-passant captures.
 template <typename Visit>
-void Solver::ForEachLegalMove(int side, const int* squares, Bitboard occupied,
+void Solver::ForEachLegalMove(int side, const int* squares, Bitboard occupied, bool in_check,
                               Visit visit) const {
   Bitboard own = 0, theirs = 0;
   for (int j = 0; j < n_; ++j) (m_.colour[std::size_t(j)] == side ? own : theirs) |= SquareBit(squares[j]);
@@ -225,8 +242,11 @@ void Solver::ForEachLegalMove(int side, const int* squares, Bitboard occupied,
       if (squares[j] == square) return j;
     return NONE;
   };
+  // Only a move of the king, a move out of check, or one of a piece that may shield the king
+  // from a slider can leave the king attacked: the rest need no test.
+  bool test = true;
   auto emit = [&](int piece, int to, int captured, bool promotes) {
-    if (!TryMove(side, squares, occupied, piece, to, captured)) return;
+    if (test && !TryMove(side, squares, occupied, piece, to, captured)) return;
     if (!promotes) {
       visit(piece, to, captured, 0);
       return;
@@ -236,6 +256,7 @@ void Solver::ForEachLegalMove(int side, const int* squares, Bitboard occupied,
   for (int piece = 0; piece < n_; ++piece) {
     if (m_.colour[std::size_t(piece)] != side) continue;
     int from = squares[piece], type = m_.type[std::size_t(piece)];
+    test = in_check || piece == side || MayShieldKing(side, squares, from);
     if (type != PAWN) {
       for (Bitboard targets = Attacks(type, from, occupied) & ~own; targets; targets &= targets - 1) {
         int to = std::countr_zero(targets);
@@ -247,7 +268,7 @@ void Solver::ForEachLegalMove(int side, const int* squares, Bitboard occupied,
     if (!(occupied & SquareBit(one))) {
       emit(piece, one, NONE, IsLastRank(one));
       int two = one + PawnForward(side);
-      if (Rank(one) == DoubleStepRank(side) - 1 && !(occupied & SquareBit(two)))
+      if (Rank(two) == DoubleStepRank(side) && !(occupied & SquareBit(two)))
         emit(piece, two, NONE, false);
     }
     for (Bitboard targets = TABLES.pawn_attacks[side][from] & theirs; targets; targets &= targets - 1) {
@@ -339,7 +360,7 @@ void Solver::Forward(int side, std::uint64_t index, ForwardOutput& out) {
   bool in_check = Attacked(squares[side], side ^ 1, squares, occupied, NONE);
 
   MoveSummary summary;
-  ForEachLegalMove(side, squares, occupied, [&](int piece, int to, int captured, int promotion) {
+  ForEachLegalMove(side, squares, occupied, in_check, [&](int piece, int to, int captured, int promotion) {
     ++summary.legal;
     if (captured == NONE && promotion == 0) ++summary.inside;
     else summary.AddExit(EntryAfterExit(side, squares, piece, to, captured, promotion));

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "bitbases/nalimov_index.h"
+#include "bitbases/portable_io.h"
 #include "bitbases/retrograde_solver.h"
 #include "bitbases/table_provider.h"
 #include "bitbases/tablebase_descriptors.h"
@@ -94,6 +95,14 @@ std::int8_t OneMoveDeeper(Board& board, const TableSet& tables) {
   return best;
 }
 
+std::string Placement(const Board& board) {
+  std::string text;
+  for (int sq = 0; sq < 64; ++sq)
+    if (int piece = board.squares[sq])
+      text += std::string(1, SignedPieceLetters[piece + 6]) + char('a' + File(sq)) + char('1' + Rank(sq)) + " ";
+  return text + (board.side_on_move == WHITE ? "w" : "b");
+}
+
 // Counts random positions of the table whose entry differs from one move deeper.
 int Disagreements(const TableFiles& table, const TableSet& tables, int samples, int* decisive) {
   TableMaterial m = *TableMaterial::Of(table.name);
@@ -120,7 +129,7 @@ int Disagreements(const TableFiles& table, const TableSet& tables, int samples, 
     if (stored != deeper) {
       if (++disagreements <= 5)
         ADD_FAILURE() << table.name << " side " << side << ": stored " << int(stored)
-                      << ", one move deeper " << int(deeper);
+                      << ", one move deeper " << int(deeper) << " at " << Placement(board);
     }
   }
   return disagreements;
@@ -187,12 +196,17 @@ TEST(RetrogradeSolver, KingAndPawnAgainstKingCountedOverEveryPlacement) {
 }
 
 TEST(RetrogradeSolver, TablesAgreeWithOneMoveDeeperByTheEngineMoveGenerator) {
+  // Making one table may let the provider drop another: the test keeps its own.
+  std::vector<std::shared_ptr<const TableFiles>> held;
   TableSet tables;
-  for (std::string name : {"kqk", "krk", "kpk", "kqkr"}) tables.push_back(Table(name).get());
+  for (std::string name : {"kqk", "krk", "kbk", "knk", "kpk", "kqkr"}) {
+    held.push_back(Table(name));
+    tables.push_back(held.back().get());
+  }
   for (const TableFiles* table : tables) {
     int decisive = 0;
     EXPECT_EQ(Disagreements(*table, tables, 3000, &decisive), 0) << table->name;
-    EXPECT_GT(decisive, 0) << table->name;
+    if (table->name != "kbk" && table->name != "knk") EXPECT_GT(decisive, 0) << table->name;
   }
 }
 
