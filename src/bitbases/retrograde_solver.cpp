@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <climits>
 #include <cstdlib>
@@ -88,6 +89,12 @@ class PlyQueues {
   std::vector<std::vector<std::uint32_t>> at_;
 };
 
+// What one thread of the backward pass decides, for later plies.
+struct BackwardOutput {
+  PlyQueues states;
+  PlyQueues ep_states;
+};
+
 // What one thread of the forward pass found that the backward pass starts from.
 struct ForwardOutput {
   PlyQueues decided;     // mates, and losses with no move inside the table
@@ -145,9 +152,11 @@ class Solver {
 
   // Backward.
   void Backward();
-  void Propagate(std::uint32_t word, int ply);
-  void PropagateEp(std::uint32_t id, int ply);
-  void NotifyEpTwins(int side, std::uint64_t index, const int* squares, bool lost, int ply);
+  void PropagatePly(int ply);
+  void Propagate(std::uint32_t word, int ply, BackwardOutput& out);
+  void PropagateEp(std::uint32_t id, int ply, BackwardOutput& out);
+  void NotifyEpTwins(int side, std::uint64_t index, const int* squares, bool lost, int ply,
+                     BackwardOutput& out);
   int FindEpState(int side, std::uint64_t index, int pawn) const;
   template <typename Push>
   static void Notify(Cell& cell, bool lost, int ply, Push push);
@@ -394,35 +403,40 @@ int Solver::FindEpState(int side, std::uint64_t index, int pawn) const {
   return found != ep_keys_.end() && *found == key ? int(found - ep_keys_.begin()) : NONE;
 }
 
+// Threads of the backward pass may reach one cell together: its result is set only by the one
+// that finds it undecided, and the count of its moves is taken down one at a time.
 template <typename Push>
 void Solver::Notify(Cell& cell, bool lost, int ply, Push push) {
-  if (cell.result != UNDECIDED) return;
+  std::atomic_ref<std::int8_t> result(cell.result);
+  if (result.load(std::memory_order_relaxed) != UNDECIDED) return;
+  std::int8_t undecided = UNDECIDED;
   if (lost) {
-    cell.result = EntryByte::Win(ply + 1);
-    push(ply + 1);
+    if (result.compare_exchange_strong(undecided, EntryByte::Win(ply + 1))) push(ply + 1);
     return;
   }
-  if ((cell.flags & WIN_EXIT) || --cell.moves_left != 0 || (cell.flags & DRAW_EXIT)) return;
+  if (cell.flags & WIN_EXIT) return;
+  if (std::atomic_ref<std::uint8_t>(cell.moves_left).fetch_sub(1) != 1 || (cell.flags & DRAW_EXIT))
+    return;
   int at = std::max(ply + 1, int(cell.exit_plies));
   if (at > EntryByte::LONGEST_LOSS_PLIES)
     throw std::runtime_error("a distance to mate beyond the file format");
-  cell.result = EntryByte::Loss(at);
-  push(at);
+  if (result.compare_exchange_strong(undecided, EntryByte::Loss(at))) push(at);
 }
 
 // The en-passant twins of a predecessor (side on move, squares in the frame) share its moves.
-void Solver::NotifyEpTwins(int side, std::uint64_t index, const int* squares, bool lost, int ply) {
+void Solver::NotifyEpTwins(int side, std::uint64_t index, const int* squares, bool lost, int ply,
+                           BackwardOutput& out) {
   Bitboard occupied = 0;
   for (int i = 0; i < n_; ++i) occupied |= SquareBit(squares[i]);
   ForEachEpPawn(side, squares, occupied, [&](int pawn) {
     int id = FindEpState(side, index, pawn);
     if (id == NONE) return;
     Notify(ep_[std::size_t(id)].cell, lost, ply,
-           [&](int at) { ep_queue_.Push(at, std::uint32_t(id)); });
+           [&](int at) { out.ep_states.Push(at, std::uint32_t(id)); });
   });
 }
 
-void Solver::Propagate(std::uint32_t word, int ply) {
+void Solver::Propagate(std::uint32_t word, int ply, BackwardOutput& out) {
   int side = int(word & 1);
   std::uint64_t index = word >> 1;
   int squares[MAX_TABLE_PIECES];
@@ -445,7 +459,7 @@ void Solver::Propagate(std::uint32_t word, int ply) {
     if (piece == 0) before_index = space_.Encode(before);
     else before_index = index + std::uint64_t(space_.Weight(piece) * (origin - squares[piece]));
     found[count++] = before_index;
-    if (ep_possible_) NotifyEpTwins(mover, before_index, before, lost, ply);
+    if (ep_possible_) NotifyEpTwins(mover, before_index, before, lost, ply, out);
   };
   for (int piece = 0; piece < n_; ++piece) {
     if (m_.colour[std::size_t(piece)] != mover) continue;
@@ -469,10 +483,10 @@ void Solver::Propagate(std::uint32_t word, int ply) {
   for (int k = 0; k < count; ++k) __builtin_prefetch(&cells[found[k]]);
   for (int k = 0; k < count; ++k)
     Notify(cells[found[k]], lost, ply,
-           [&](int at) { queue_.Push(at, StateWord(found[k], mover)); });
+           [&](int at) { out.states.Push(at, StateWord(found[k], mover)); });
 }
 
-void Solver::PropagateEp(std::uint32_t id, int ply) {
+void Solver::PropagateEp(std::uint32_t id, int ply, BackwardOutput& out) {
   const EpState& state = ep_[id];
   int side = int(state.state & 1);
   int pawn = int(state.key & 7);
@@ -483,8 +497,8 @@ void Solver::PropagateEp(std::uint32_t id, int ply) {
   bool lost = EntryByte::IsLoss(state.cell.result);
   std::uint64_t index = space_.Encode(squares);
   Notify(cells_[mover][index], lost, ply,
-         [&](int at) { queue_.Push(at, StateWord(index, mover)); });
-  NotifyEpTwins(mover, index, squares, lost, ply);
+         [&](int at) { out.states.Push(at, StateWord(index, mover)); });
+  NotifyEpTwins(mover, index, squares, lost, ply, out);
 }
 
 void Solver::Backward() {
@@ -503,11 +517,32 @@ void Solver::Backward() {
       ep_queue_.Push(ply, id);
     }
     ep_candidates_.Release(ply);
-    // Pushes go to later plies only, so these queues do not grow while they are read.
-    for (std::uint32_t word : queue_.At(ply)) Propagate(word, ply);
-    queue_.Release(ply);
-    for (std::uint32_t id : ep_queue_.At(ply)) PropagateEp(id, ply);
-    ep_queue_.Release(ply);
+    PropagatePly(ply);
+  }
+}
+
+// Pushes go to later plies only, so the queues of this ply do not grow while they are read.
+void Solver::PropagatePly(int ply) {
+  std::vector<std::uint32_t>& states = queue_.At(ply);
+  std::vector<std::uint32_t>& ep_states = ep_queue_.At(ply);
+  constexpr std::size_t WORTH_A_THREAD = 1 << 16;
+  std::size_t threads = std::min<std::size_t>(std::size_t(std::max(1, options_.threads)),
+                                              1 + states.size() / WORTH_A_THREAD);
+  std::vector<BackwardOutput> outputs(threads);
+  auto work = [&](std::size_t t) {
+    for (std::size_t k = t; k < states.size(); k += threads) Propagate(states[k], ply, outputs[t]);
+    for (std::size_t k = t; k < ep_states.size(); k += threads)
+      PropagateEp(ep_states[k], ply, outputs[t]);
+  };
+  std::vector<std::thread> helpers;
+  for (std::size_t t = 1; t < threads; ++t) helpers.emplace_back(work, t);
+  work(0);
+  for (std::thread& helper : helpers) helper.join();
+  queue_.Release(ply);
+  ep_queue_.Release(ply);
+  for (BackwardOutput& out : outputs) {
+    queue_.Append(out.states);
+    ep_queue_.Append(out.ep_states);
   }
 }
 

@@ -7,7 +7,7 @@ namespace NalimovTablebases {
 std::shared_ptr<const TableFiles> TableProvider::Provide(const std::string& name, bool fresh) {
   std::optional<TableMaterial> material = TableMaterial::Of(name);
   if (!material) throw std::invalid_argument(name + ": not a table of three to five pieces");
-  if (!fresh) {
+  if (!fresh || made_.count(name)) {
     if (auto held = held_.find(name); held != held_.end()) return held->second;
     if (std::optional<TableFiles> loaded = LoadTableFiles(directory_, name)) {
       auto table = std::make_shared<const TableFiles>(std::move(*loaded));
@@ -29,6 +29,7 @@ std::shared_ptr<const TableFiles> TableProvider::Provide(const std::string& name
   exits.clear();
   held_.clear();
   WriteTableFiles(directory_, *table);
+  made_.insert(name);
   held_[name] = table;
   return table;
 }

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "bitbases/retrograde_solver.h"
@@ -18,7 +19,7 @@ class TableProvider {
       : directory_(std::move(directory)), options_(options) {}
 
   // The table, from the directory or solved and written there. fresh: solve it even when its
-  // files exist (what it needs is still read when present). Throws std::invalid_argument for a
+  // files exist, unless this provider made them (what it needs is still read when present). Throws std::invalid_argument for a
   // name that is not in the table list, std::runtime_error and BraskPortableIO::IOException.
   std::shared_ptr<const TableFiles> Provide(const std::string& name, bool fresh = false);
 
@@ -26,6 +27,7 @@ class TableProvider {
   std::string directory_;
   SolveOptions options_;
   std::map<std::string, std::shared_ptr<const TableFiles>> held_;
+  std::set<std::string> made_;
 };
 
 }  // namespace NalimovTablebases

@@ -14,6 +14,7 @@
 
 #include "bitbases/table_files.h"
 #include "bitbases/table_material.h"
+#include "chess/basic.h"
 
 using namespace NalimovTablebases;
 
@@ -149,7 +150,7 @@ int main(int argc, char** argv) {
   for (int n = 0; n < count;) {
     int squares[MAX_TABLE_PIECES];
     for (int i = 0; i < material->count; ++i)
-      squares[i] = material->type[std::size_t(i)] == 1 ? 8 + int(random() % 48) : int(random() % 64);
+      squares[i] = material->type[std::size_t(i)] == PAWN ? 8 + int(random() % 48) : int(random() % 64);
     int side = int(random() % 2);
     TableEntry entry = EntryIn({material->id, false}, material->colour.data(),
                                material->type.data(), squares, material->count, side);
