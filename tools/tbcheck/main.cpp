@@ -22,6 +22,8 @@ namespace {
 
 constexpr int LONGEST_CHECKED_MATE = 6;  // moves: deeper ones the engine may not prove in time
 constexpr char DEFAULT_ENGINE[] = "/usr/games/stockfish";
+constexpr int DRAW_DEPTH = 14;
+constexpr int MOVE_TIME_MS = 5000;
 
 class UciEngine {
  public:
@@ -57,9 +59,11 @@ class UciEngine {
   // The last mate score of the search, in moves (negative when the side on move is mated), or
   // NO_MATE.
   static constexpr int NO_MATE = 1000;
+  // moves 0: no mate expected; a search of fixed depth looks for one all the same.
   int MateScore(const std::string& fen, int moves) {
     Send("position fen " + fen);
-    Send("go mate " + std::to_string(moves));
+    Send(moves == 0 ? "go depth " + std::to_string(DRAW_DEPTH)
+                    : "go mate " + std::to_string(moves) + " movetime " + std::to_string(MOVE_TIME_MS));
     int mate = NO_MATE;
     std::string line;
     while (ReadLine(line) && line.rfind("bestmove", 0) != 0) {
@@ -151,6 +155,10 @@ int main(int argc, char** argv) {
     int squares[MAX_TABLE_PIECES];
     for (int i = 0; i < material->count; ++i)
       squares[i] = material->type[std::size_t(i)] == PAWN ? 8 + int(random() % 48) : int(random() % 64);
+    bool distinct = true;
+    for (int i = 0; i < material->count; ++i)
+      for (int j = 0; j < i; ++j) distinct &= squares[i] != squares[j];
+    if (!distinct) continue;
     int side = int(random() % 2);
     TableEntry entry = EntryIn({material->id, false}, material->colour.data(),
                                material->type.data(), squares, material->count, side);
@@ -164,7 +172,7 @@ int main(int argc, char** argv) {
     ++n;
     std::string fen = Fen(*material, squares, side);
     int expected = draw ? UciEngine::NO_MATE : EntryByte::IsWin(result) ? moves : -moves;
-    int found = engine.MateScore(fen, draw ? LONGEST_CHECKED_MATE : std::max(1, moves));
+    int found = engine.MateScore(fen, draw ? 0 : std::max(1, moves));
     if (draw) {
       ++drawn;
       if (found != UciEngine::NO_MATE) {
@@ -182,6 +190,9 @@ int main(int argc, char** argv) {
       std::cout << "ERROR " << fen << ": table mate " << expected << ", engine mate " << found << "\n";
     } else {
       ++unsettled;
+      std::cout << "unsettled " << fen << ": table mate " << expected << ", engine "
+                << (found == UciEngine::NO_MATE ? std::string("no mate") : "mate " + std::to_string(found))
+                << "\n";
     }
   }
   std::cout << name << ": " << agreed << " mates agreed, " << drawn << " draws without a mate, "
