@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <climits>
+#include <exception>
 #include <cstdlib>
 #include <set>
 #include <stdexcept>
@@ -112,6 +113,51 @@ struct ExitTable {
   int source[MAX_TABLE_PIECES] = {};
 };
 
+// visit(captured, piece, promotion, exit) for every way a move of piece may leave the table:
+// capturing another piece (or NONE), promoting (or 0), or both.
+template <typename Visit>
+void ForEachExit(const TableMaterial& m, Visit visit) {
+  for (int captured = NONE; captured < m.count; ++captured)
+    for (int piece = 0; piece < m.count; ++piece)
+      for (int promotion : {0, QUEEN, ROOK, BISHOP, KNIGHT}) {
+        bool captures = captured != NONE;
+        if (captures && (m.type[std::size_t(captured)] == KING ||
+                         m.colour[std::size_t(captured)] == m.colour[std::size_t(piece)]))
+          continue;
+        if ((promotion != 0 && m.type[std::size_t(piece)] != PAWN) || (!captures && promotion == 0))
+          continue;
+        ExitTable e;
+        for (int k = 0; k < m.count; ++k) {
+          if (k == captured) continue;
+          e.colour[e.count] = m.colour[std::size_t(k)];
+          e.type[e.count] = k == piece && promotion != 0 ? promotion : m.type[std::size_t(k)];
+          e.source[e.count++] = k;
+        }
+        if (e.count > 2) e.table = FindTable(e.colour, e.type, e.count);
+        visit(captured, piece, promotion, e);
+      }
+}
+
+// Runs work(0) .. work(count - 1) on threads of their own but the first, and passes on the first
+// exception any of them threw once all are done.
+template <typename Work>
+void RunThreads(std::size_t count, Work work) {
+  std::vector<std::exception_ptr> failures(count);
+  auto guarded = [&](std::size_t t) {
+    try {
+      work(t);
+    } catch (...) {
+      failures[t] = std::current_exception();
+    }
+  };
+  std::vector<std::thread> helpers;
+  for (std::size_t t = 1; t < count; ++t) helpers.emplace_back(guarded, t);
+  guarded(0);
+  for (std::thread& helper : helpers) helper.join();
+  for (std::exception_ptr& failure : failures)
+    if (failure) std::rethrow_exception(failure);
+}
+
 int PawnForward(int colour) { return colour == WHITE ? 8 : -8; }
 // The rank a pawn of the colour reaches with its double step.
 int DoubleStepRank(int colour) { return colour == WHITE ? 3 : 4; }
@@ -181,28 +227,16 @@ class Solver {
 
 void Solver::BuildExits(const std::vector<const TableFiles*>& exits) {
   ep_possible_ = m_.PawnsOnBothSides();
-  for (int captured = NONE; captured < n_; ++captured)
-    for (int piece = 0; piece < n_; ++piece)
-      for (int promotion : {0, QUEEN, ROOK, BISHOP, KNIGHT}) {
-        if (captured == piece || (captured >= 0 && m_.type[std::size_t(captured)] == KING)) continue;
-        if (captured >= 0 && m_.colour[std::size_t(captured)] == m_.colour[std::size_t(piece)]) continue;
-        if (promotion != 0 && m_.type[std::size_t(piece)] != PAWN) continue;
-        if (captured == NONE && promotion == 0) continue;
-        ExitTable& e = exits_[std::size_t(captured + 1)][std::size_t(piece)][std::size_t(promotion)];
-        for (int k = 0; k < n_; ++k) {
-          if (k == captured) continue;
-          e.colour[e.count] = m_.colour[std::size_t(k)];
-          e.type[e.count] = k == piece && promotion != 0 ? promotion : m_.type[std::size_t(k)];
-          e.source[e.count++] = k;
-        }
-        if (e.count == 2) continue;
-        e.table = FindTable(e.colour, e.type, e.count);
-        for (const TableFiles* files : exits)
-          if (files->id == e.table.id) e.files = files;
-        if (e.files == nullptr)
-          throw std::runtime_error(m_.name + " needs " +
-                                   std::string(Descriptors[e.table.id].name) + " first");
-      }
+  ForEachExit(m_, [&](int captured, int piece, int promotion, const ExitTable& found) {
+    ExitTable& e = exits_[std::size_t(captured + 1)][std::size_t(piece)][std::size_t(promotion)];
+    e = found;
+    if (e.count == 2) return;
+    for (const TableFiles* files : exits)
+      if (files->id == e.table.id) e.files = files;
+    if (e.files == nullptr)
+      throw std::runtime_error(m_.name + " needs " + std::string(Descriptors[e.table.id].name) +
+                               " first");
+  });
 }
 
 bool Solver::Attacked(int target, int by, const int* squares, Bitboard occupied, int skip) const {
@@ -534,10 +568,7 @@ void Solver::PropagatePly(int ply) {
     for (std::size_t k = t; k < ep_states.size(); k += threads)
       PropagateEp(ep_states[k], ply, outputs[t]);
   };
-  std::vector<std::thread> helpers;
-  for (std::size_t t = 1; t < threads; ++t) helpers.emplace_back(work, t);
-  work(0);
-  for (std::thread& helper : helpers) helper.join();
+  RunThreads(threads, work);
   queue_.Release(ply);
   ep_queue_.Release(ply);
   for (BackwardOutput& out : outputs) {
@@ -564,9 +595,7 @@ TableFiles Solver::WriteFiles() {
   };
   // The two files have nothing in common, so each may have a thread of its own.
   if (sides == 2 && options_.threads > 1) {
-    std::thread black(write_side, BLACK);
-    write_side(WHITE);
-    black.join();
+    RunThreads(2, [&](std::size_t side) { write_side(int(side)); });
   } else {
     for (int side = 0; side < sides; ++side) write_side(side);
   }
@@ -586,14 +615,10 @@ TableFiles Solver::Run() {
   for (int side : {WHITE, BLACK}) {
     // Chunks taken in turn keep the threads busy as long as each other.
     constexpr std::uint64_t CHUNK = 1 << 16;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < thread_count; ++t)
-      threads.emplace_back([&, t, side] {
-        for (std::uint64_t begin = std::uint64_t(t) * CHUNK; begin < size;
-             begin += std::uint64_t(thread_count) * CHUNK)
-          ForwardRange(side, begin, std::min(size, begin + CHUNK), outputs[std::size_t(t)]);
-      });
-    for (std::thread& thread : threads) thread.join();
+    RunThreads(std::size_t(thread_count), [&](std::size_t t) {
+      for (std::uint64_t begin = t * CHUNK; begin < size; begin += std::uint64_t(thread_count) * CHUNK)
+        ForwardRange(side, begin, std::min(size, begin + CHUNK), outputs[t]);
+    });
   }
   for (ForwardOutput& out : outputs) {
     queue_.Append(out.decided);
@@ -620,25 +645,11 @@ TableFiles Solver::Run() {
 
 }  // namespace
 
-std::vector<std::string> TablesAfterExits(const TableMaterial& m) {
+std::vector<std::string> TablesAfterExits(const TableMaterial& material) {
   std::set<std::string> names;
-  for (int captured = NONE; captured < m.count; ++captured)
-    for (int piece = 0; piece < m.count; ++piece)
-      for (int promotion : {0, QUEEN, ROOK, BISHOP, KNIGHT}) {
-        if (captured == piece || (captured >= 0 && m.type[std::size_t(captured)] == KING)) continue;
-        if (captured >= 0 && m.colour[std::size_t(captured)] == m.colour[std::size_t(piece)]) continue;
-        if (promotion != 0 && m.type[std::size_t(piece)] != PAWN) continue;
-        if (captured == NONE && promotion == 0) continue;
-        int colour[MAX_TABLE_PIECES], type[MAX_TABLE_PIECES], count = 0;
-        for (int k = 0; k < m.count; ++k) {
-          if (k == captured) continue;
-          colour[count] = m.colour[std::size_t(k)];
-          type[count++] = k == piece && promotion != 0 ? promotion : m.type[std::size_t(k)];
-        }
-        if (count == 2) continue;
-        TableOfMaterial table = FindTable(colour, type, count);
-        if (table.id != 0) names.insert(std::string(Descriptors[table.id].name));
-      }
+  ForEachExit(material, [&](int, int, int, const ExitTable& e) {
+    if (e.count > 2 && e.table.id != 0) names.insert(std::string(Descriptors[e.table.id].name));
+  });
   return {names.begin(), names.end()};
 }
 

@@ -304,3 +304,15 @@ TEST(RetrogradeSolver, AFailedWriteLeavesNoFileUnderTheFinalName) {
   for (const auto& entry : std::filesystem::directory_iterator(directory.Path()))
     EXPECT_EQ(entry.path().string().find(".part"), std::string::npos) << entry.path();
 }
+
+TEST(RetrogradeSolver, MissingOrBrokenTablesToLeadIntoAreErrors) {
+  TableMaterial kqkr = *TableMaterial::Of("kqkr");
+  EXPECT_EQ(TablesAfterExits(kqkr), (std::vector<std::string>{"kqk", "krk"}));
+  TableFiles kqk = MatedEverywhere("kqk");
+  EXPECT_THROW(SolveTable(kqkr, {&kqk}, {2, nullptr}), std::runtime_error);
+  // A table that has no result for positions a capture reaches is no table to build on.
+  TableFiles broken = MatedEverywhere("krk");
+  for (std::vector<std::int8_t>& file : broken.bytes)
+    std::fill(file.begin(), file.end(), EntryByte::ILLEGAL);
+  EXPECT_THROW(SolveTable(kqkr, {&kqk, &broken}, {2, nullptr}), std::runtime_error);
+}
