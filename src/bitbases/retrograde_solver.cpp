@@ -5,14 +5,15 @@
 #include <atomic>
 #include <chrono>
 #include <climits>
-#include <exception>
 #include <cstdlib>
+#include <exception>
 #include <set>
 #include <stdexcept>
 #include <thread>
 
 #include "bitbases/nalimov_index.h"
 #include "bitbases/solver_geometry.h"
+#include "bitbases/solver_moves.h"
 #include "bitbases/solver_state_space.h"
 #include "bitbases/tablebase_descriptors.h"
 
@@ -25,8 +26,7 @@ using namespace SolverGeometry;
 constexpr std::int8_t UNDECIDED = INT8_MIN;
 constexpr std::uint8_t DRAW_EXIT = 1;  // a capture or promotion holds the draw at least
 constexpr std::uint8_t WIN_EXIT = 2;   // ... or wins: the position is won, at some distance
-constexpr int NONE = -1;
-constexpr int PROMOTIONS[] = {QUEEN, ROOK, BISHOP, KNIGHT};
+constexpr int NONE = NO_PIECE_INDEX;
 // Two queens and a king of the side that moves back: 27 + 27 + 8 squares at most.
 constexpr int MAX_PREDECESSORS = 64;
 constexpr int QUEUE_PLIES = EntryByte::LONGEST_LOSS_PLIES + 2;
@@ -48,9 +48,12 @@ struct MoveSummary {
 
   // entry: the result after the move, for the other side.
   void AddExit(std::int8_t entry) {
-    if (EntryByte::IsLoss(entry)) best_win = std::min(best_win, EntryByte::Plies(entry) + 1);
-    else if (EntryByte::IsWin(entry)) worst_loss = std::max(worst_loss, EntryByte::Plies(entry) + 1);
-    else draw_exit = true;
+    if (EntryByte::IsLoss(entry))
+      best_win = std::min(best_win, EntryByte::Plies(entry) + 1);
+    else if (EntryByte::IsWin(entry))
+      worst_loss = std::max(worst_loss, EntryByte::Plies(entry) + 1);
+    else
+      draw_exit = true;
   }
 };
 
@@ -158,16 +161,11 @@ void RunThreads(std::size_t count, Work work) {
     if (failure) std::rethrow_exception(failure);
 }
 
-int PawnForward(int colour) { return colour == WHITE ? 8 : -8; }
-// The rank a pawn of the colour reaches with its double step.
-int DoubleStepRank(int colour) { return colour == WHITE ? 3 : 4; }
-bool IsLastRank(int square) { return square < 8 || square >= 56; }
-
 class Solver {
  public:
   Solver(const TableMaterial& material, const std::vector<const TableFiles*>& exits,
          const SolveOptions& options)
-      : m_(material), n_(material.count), space_(material), options_(options) {
+      : m_(material), n_(material.count), space_(material), moves_(material), options_(options) {
     BuildExits(exits);
   }
 
@@ -178,21 +176,8 @@ class Solver {
   void BuildExits(const std::vector<const TableFiles*>& exits);
   void ForwardRange(int side, std::uint64_t begin, std::uint64_t end, ForwardOutput& out);
   void Forward(int side, std::uint64_t index, ForwardOutput& out);
-  bool Attacked(int target, int by, const int* squares, Bitboard occupied, int skip) const;
-  template <typename Visit>
-  void ForEachLegalMove(int side, const int* squares, Bitboard occupied, bool in_check,
-                        Visit visit) const;
-  bool MayShieldKing(int side, const int* squares, int from) const;
-  template <typename Visit>
-  void ForEachEpCapture(int side, const int* squares, Bitboard occupied, int pawn,
-                        Visit visit) const;
-  bool TryMove(int side, const int* squares, Bitboard occupied, int piece, int to,
-               int captured) const;
   std::int8_t EntryAfterExit(int side, const int* squares, int piece, int to, int captured,
                              int promotion) const;
-  // Pawns of the side not on move that may have just made a double step, taken en passant.
-  template <typename Visit>
-  void ForEachEpPawn(int side, const int* squares, Bitboard occupied, Visit visit) const;
   Cell Finish(const MoveSummary& summary, bool in_check, std::uint32_t word, PlyQueues& decided,
               PlyQueues& candidates) const;
 
@@ -215,10 +200,12 @@ class Solver {
   const TableMaterial& m_;
   const int n_;
   SolverStateSpace space_;
+  SolverMoves moves_;
   SolveOptions options_;
   bool ep_possible_ = false;
   // [captured + 1][moving piece][promotion type]
-  std::array<std::array<std::array<ExitTable, KING>, MAX_TABLE_PIECES>, MAX_TABLE_PIECES + 1> exits_;
+  std::array<std::array<std::array<ExitTable, KING>, MAX_TABLE_PIECES>, MAX_TABLE_PIECES + 1>
+      exits_;
   std::vector<Cell> cells_[2];
   std::vector<EpState> ep_;
   std::vector<std::uint64_t> ep_keys_;
@@ -237,121 +224,6 @@ void Solver::BuildExits(const std::vector<const TableFiles*>& exits) {
       throw std::runtime_error(m_.name + " needs " + std::string(Descriptors[e.table.id].name) +
                                " first");
   });
-}
-
-bool Solver::Attacked(int target, int by, const int* squares, Bitboard occupied, int skip) const {
-  for (int j = 0; j < n_; ++j)
-    if (j != skip && m_.colour[std::size_t(j)] == by &&
-        Attacks(m_.type[std::size_t(j)], by, squares[j], target, occupied))
-      return true;
-  return false;
-}
-
-// Whether the move leaves the mover's king safe. captured may stand elsewhere than on to (en
-// passant).
-bool Solver::TryMove(int side, const int* squares, Bitboard occupied, int piece, int to,
-                     int captured) const {
-  Bitboard after = (occupied ^ SquareBit(squares[piece])) | SquareBit(to);
-  if (captured != NONE && squares[captured] != to) after ^= SquareBit(squares[captured]);
-  int moved[MAX_TABLE_PIECES];
-  std::copy(squares, squares + n_, moved);
-  moved[piece] = to;
-  return !Attacked(moved[side], side ^ 1, moved, after, captured);
-}
-
-// Whether from lies between the side's king and an enemy slider that moves along that line.
-bool Solver::MayShieldKing(int side, const int* squares, int from) const {
-  int king = squares[side];
-  int line = TABLES.line[king][from];
-  if (line == 0) return false;
-  for (int j = 2; j < n_; ++j) {
-    int type = m_.type[std::size_t(j)];
-    if (m_.colour[std::size_t(j)] == side || type == PAWN || type == KNIGHT) continue;
-    if ((type == QUEEN || (type == ROOK) == (line == 1)) && TABLES.line[king][squares[j]] == line &&
-        (TABLES.between[king][squares[j]] & SquareBit(from)))
-      return true;
-  }
-  return false;
-}
-
-// visit(piece, to, captured, promotion) for every legal move but en-passant captures.
-template <typename Visit>
-void Solver::ForEachLegalMove(int side, const int* squares, Bitboard occupied, bool in_check,
-                              Visit visit) const {
-  Bitboard own = 0, theirs = 0;
-  for (int j = 0; j < n_; ++j) (m_.colour[std::size_t(j)] == side ? own : theirs) |= SquareBit(squares[j]);
-  auto piece_on = [&](int square) {
-    for (int j = 0; j < n_; ++j)
-      if (squares[j] == square) return j;
-    return NONE;
-  };
-  // Only a move of the king, a move out of check, or one of a piece that may shield the king
-  // from a slider can leave the king attacked: the rest need no test.
-  bool test = true;
-  auto emit = [&](int piece, int to, int captured, bool promotes) {
-    if (test && !TryMove(side, squares, occupied, piece, to, captured)) return;
-    if (!promotes) {
-      visit(piece, to, captured, 0);
-      return;
-    }
-    for (int promotion : PROMOTIONS) visit(piece, to, captured, promotion);
-  };
-  for (int piece = 0; piece < n_; ++piece) {
-    if (m_.colour[std::size_t(piece)] != side) continue;
-    int from = squares[piece], type = m_.type[std::size_t(piece)];
-    test = in_check || piece == side || MayShieldKing(side, squares, from);
-    if (type != PAWN) {
-      for (Bitboard targets = Attacks(type, from, occupied) & ~own; targets; targets &= targets - 1) {
-        int to = std::countr_zero(targets);
-        emit(piece, to, (theirs & SquareBit(to)) ? piece_on(to) : NONE, false);
-      }
-      continue;
-    }
-    int one = from + PawnForward(side);
-    if (!(occupied & SquareBit(one))) {
-      emit(piece, one, NONE, IsLastRank(one));
-      int two = one + PawnForward(side);
-      if (Rank(two) == DoubleStepRank(side) && !(occupied & SquareBit(two)))
-        emit(piece, two, NONE, false);
-    }
-    for (Bitboard targets = TABLES.pawn_attacks[side][from] & theirs; targets; targets &= targets - 1) {
-      int to = std::countr_zero(targets);
-      emit(piece, to, piece_on(to), IsLastRank(to));
-    }
-  }
-}
-
-// visit(pawn) for each pawn of the side not on move that stands where its double step ends,
-// with the squares it crossed empty and a pawn of the side on move beside it.
-template <typename Visit>
-void Solver::ForEachEpPawn(int side, const int* squares, Bitboard occupied, Visit visit) const {
-  int stepper = side ^ 1;
-  for (int pawn = 2; pawn < n_; ++pawn) {
-    if (m_.colour[std::size_t(pawn)] != stepper || m_.type[std::size_t(pawn)] != PAWN) continue;
-    int square = squares[pawn];
-    if (Rank(square) != DoubleStepRank(stepper)) continue;
-    int crossed = square - PawnForward(stepper), origin = crossed - PawnForward(stepper);
-    if (occupied & (SquareBit(crossed) | SquareBit(origin))) continue;
-    for (int j = 2; j < n_; ++j)
-      if (m_.colour[std::size_t(j)] == side && m_.type[std::size_t(j)] == PAWN &&
-          Rank(squares[j]) == Rank(square) && std::abs(File(squares[j]) - File(square)) == 1) {
-        visit(pawn);
-        break;
-      }
-  }
-}
-
-// visit(capturer) for each legal en-passant capture of the pawn.
-template <typename Visit>
-void Solver::ForEachEpCapture(int side, const int* squares, Bitboard occupied, int pawn,
-                              Visit visit) const {
-  int target = squares[pawn] - PawnForward(side ^ 1);
-  for (int j = 2; j < n_; ++j)
-    if (m_.colour[std::size_t(j)] == side && m_.type[std::size_t(j)] == PAWN &&
-        Rank(squares[j]) == Rank(squares[pawn]) &&
-        std::abs(File(squares[j]) - File(squares[pawn])) == 1 &&
-        TryMove(side, squares, occupied, j, target, pawn))
-      visit(j, target);
 }
 
 std::int8_t Solver::EntryAfterExit(int side, const int* squares, int piece, int to, int captured,
@@ -399,22 +271,25 @@ void Solver::Forward(int side, std::uint64_t index, ForwardOutput& out) {
     if (occupied & SquareBit(squares[i])) return;  // stays illegal
     occupied |= SquareBit(squares[i]);
   }
-  if (Attacked(squares[side ^ 1], side, squares, occupied, NONE)) return;
-  bool in_check = Attacked(squares[side], side ^ 1, squares, occupied, NONE);
+  if (moves_.Attacked(squares[side ^ 1], side, squares, occupied, NONE)) return;
+  bool in_check = moves_.Attacked(squares[side], side ^ 1, squares, occupied, NONE);
 
   MoveSummary summary;
-  ForEachLegalMove(side, squares, occupied, in_check, [&](int piece, int to, int captured, int promotion) {
-    ++summary.legal;
-    if (captured == NONE && promotion == 0) ++summary.inside;
-    else summary.AddExit(EntryAfterExit(side, squares, piece, to, captured, promotion));
-  });
+  moves_.ForEachLegalMove(
+      side, squares, occupied, in_check, [&](int piece, int to, int captured, int promotion) {
+        ++summary.legal;
+        if (captured == NONE && promotion == 0)
+          ++summary.inside;
+        else
+          summary.AddExit(EntryAfterExit(side, squares, piece, to, captured, promotion));
+      });
   std::uint32_t word = StateWord(index, side);
   cells_[side][index] = Finish(summary, in_check, word, out.decided, out.candidates);
 
   if (!ep_possible_) return;
-  ForEachEpPawn(side, squares, occupied, [&](int pawn) {
+  moves_.ForEachEpPawn(side, squares, occupied, [&](int pawn) {
     MoveSummary with_ep = summary;
-    ForEachEpCapture(side, squares, occupied, pawn, [&](int capturer, int to) {
+    moves_.ForEachEpCapture(side, squares, occupied, pawn, [&](int capturer, int to) {
       ++with_ep.legal;
       with_ep.AddExit(EntryAfterExit(side, squares, capturer, to, pawn, 0));
     });
@@ -462,7 +337,7 @@ void Solver::NotifyEpTwins(int side, std::uint64_t index, const int* squares, bo
                            BackwardOutput& out) {
   Bitboard occupied = 0;
   for (int i = 0; i < n_; ++i) occupied |= SquareBit(squares[i]);
-  ForEachEpPawn(side, squares, occupied, [&](int pawn) {
+  moves_.ForEachEpPawn(side, squares, occupied, [&](int pawn) {
     int id = FindEpState(side, index, pawn);
     if (id == NONE) return;
     Notify(ep_[std::size_t(id)].cell, lost, ply,
@@ -490,8 +365,10 @@ void Solver::Propagate(std::uint32_t word, int ply, BackwardOutput& out) {
     std::copy(squares, squares + n_, before);
     before[piece] = origin;
     // Only White's king decides the frame: any other piece moves the number by its weight.
-    if (piece == 0) before_index = space_.Encode(before);
-    else before_index = index + std::uint64_t(space_.Weight(piece) * (origin - squares[piece]));
+    if (piece == 0)
+      before_index = space_.Encode(before);
+    else
+      before_index = index + std::uint64_t(space_.Weight(piece) * (origin - squares[piece]));
     found[count++] = before_index;
     if (ep_possible_) NotifyEpTwins(mover, before_index, before, lost, ply, out);
   };
@@ -588,7 +465,8 @@ TableFiles Solver::WriteFiles() {
       std::int8_t result = cells_[side][index].result;
       if (result == EntryByte::ILLEGAL) continue;
       space_.Decode(index, squares);
-      TableEntry entry = EntryIn({m_.id, false}, m_.colour.data(), m_.type.data(), squares, n_, side);
+      TableEntry entry =
+          EntryIn({m_.id, false}, m_.colour.data(), m_.type.data(), squares, n_, side);
       if (entry.index != NO_INDEX && entry.file_side == side)
         bytes[entry.index] = result == UNDECIDED ? EntryByte::DRAW : result;
     }
@@ -605,7 +483,9 @@ TableFiles Solver::WriteFiles() {
 TableFiles Solver::Run() {
   using Clock = std::chrono::steady_clock;
   auto start = Clock::now();
-  auto seconds = [&] { return std::to_string(std::chrono::duration<double>(Clock::now() - start).count()); };
+  auto seconds = [&] {
+    return std::to_string(std::chrono::duration<double>(Clock::now() - start).count());
+  };
   std::uint64_t size = space_.Size();
   for (int side : {WHITE, BLACK}) cells_[side].assign(size, Cell{});
   Report("Solving " + m_.name + ": " + std::to_string(2 * size) + " states");
@@ -616,7 +496,8 @@ TableFiles Solver::Run() {
     // Chunks taken in turn keep the threads busy as long as each other.
     constexpr std::uint64_t CHUNK = 1 << 16;
     RunThreads(std::size_t(thread_count), [&](std::size_t t) {
-      for (std::uint64_t begin = t * CHUNK; begin < size; begin += std::uint64_t(thread_count) * CHUNK)
+      for (std::uint64_t begin = t * CHUNK; begin < size;
+           begin += std::uint64_t(thread_count) * CHUNK)
         ForwardRange(side, begin, std::min(size, begin + CHUNK), outputs[t]);
     });
   }
@@ -626,13 +507,16 @@ TableFiles Solver::Run() {
     ep_.insert(ep_.end(), out.ep_states.begin(), out.ep_states.end());
     std::vector<EpState>().swap(out.ep_states);
   }
-  std::sort(ep_.begin(), ep_.end(), [](const EpState& a, const EpState& b) { return a.key < b.key; });
+  std::sort(ep_.begin(), ep_.end(),
+            [](const EpState& a, const EpState& b) { return a.key < b.key; });
   ep_keys_.reserve(ep_.size());
   for (std::size_t id = 0; id < ep_.size(); ++id) {
     ep_keys_.push_back(ep_[id].key);
     const Cell& cell = ep_[id].cell;
-    if (cell.flags & WIN_EXIT) ep_candidates_.Push(cell.exit_plies, std::uint32_t(id));
-    else if (EntryByte::IsLoss(cell.result)) ep_queue_.Push(EntryByte::Plies(cell.result), std::uint32_t(id));
+    if (cell.flags & WIN_EXIT)
+      ep_candidates_.Push(cell.exit_plies, std::uint32_t(id));
+    else if (EntryByte::IsLoss(cell.result))
+      ep_queue_.Push(EntryByte::Plies(cell.result), std::uint32_t(id));
   }
   Report("  forward pass done after " + seconds() + " s, " + std::to_string(ep_.size()) +
          " en-passant states");

@@ -28,7 +28,9 @@ struct Tables {
   std::uint8_t line[64][64];     // 1 on a rank or file, 2 on a diagonal, 0 off any line
 };
 
-constexpr bool OnBoard(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
+constexpr bool OnBoard(int file, int rank) {
+  return file >= 0 && file < 8 && rank >= 0 && rank < 8;
+}
 
 constexpr Bitboard Leaps(int square, const int (&steps)[8][2]) {
   Bitboard leaps = 0;
@@ -40,8 +42,10 @@ constexpr Bitboard Leaps(int square, const int (&steps)[8][2]) {
 }
 
 constexpr Tables MakeTables() {
-  constexpr int knight_steps[8][2] = {{1, 2}, {2, 1}, {2, -1}, {1, -2}, {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
-  constexpr int king_steps[8][2] = {{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {1, -1}, {-1, 1}, {-1, -1}};
+  constexpr int knight_steps[8][2] = {{1, 2},   {2, 1},   {2, -1}, {1, -2},
+                                      {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
+  constexpr int king_steps[8][2] = {{1, 0}, {-1, 0}, {0, 1},  {0, -1},
+                                    {1, 1}, {1, -1}, {-1, 1}, {-1, -1}};
   Tables t{};
   for (int square = 0; square < 64; ++square) {
     t.knight[square] = Leaps(square, knight_steps);
@@ -82,23 +86,31 @@ inline Bitboard RayAttacks(int ray, int square, Bitboard occupied) {
 // The squares a piece (not a pawn) attacks from square.
 inline Bitboard Attacks(int type, int square, Bitboard occupied) {
   switch (type) {
-    case KNIGHT: return TABLES.knight[square];
-    case KING: return TABLES.king[square];
-    default: break;
+    case KNIGHT:
+      return TABLES.knight[square];
+    case KING:
+      return TABLES.king[square];
+    default:
+      break;
   }
   Bitboard attacks = 0;
   for (int ray = 0; ray < RAY_COUNT; ++ray)
-    if (type == QUEEN || (type == ROOK) == IsRookRay(ray)) attacks |= RayAttacks(ray, square, occupied);
+    if (type == QUEEN || (type == ROOK) == IsRookRay(ray))
+      attacks |= RayAttacks(ray, square, occupied);
   return attacks;
 }
 
 // Whether a piece of type and colour on from attacks target, the board occupied as given.
 inline bool Attacks(int type, int colour, int from, int target, Bitboard occupied) {
   switch (type) {
-    case PAWN: return (TABLES.pawn_attacks[colour][from] & SquareBit(target)) != 0;
-    case KNIGHT: return (TABLES.knight[from] & SquareBit(target)) != 0;
-    case KING: return (TABLES.king[from] & SquareBit(target)) != 0;
-    default: break;
+    case PAWN:
+      return (TABLES.pawn_attacks[colour][from] & SquareBit(target)) != 0;
+    case KNIGHT:
+      return (TABLES.knight[from] & SquareBit(target)) != 0;
+    case KING:
+      return (TABLES.king[from] & SquareBit(target)) != 0;
+    default:
+      break;
   }
   int line = TABLES.line[from][target];
   bool along = type == QUEEN ? line != 0 : line == (type == ROOK ? 1 : 2);

@@ -40,7 +40,8 @@ class SolverStateSpace {
     int mask = FrameMask(squares[0]);
     for (int i = 0; i < count_; ++i) squares[i] ^= mask;
     std::uint64_t index = std::uint64_t(File(squares[0]) + 4 * Rank(squares[0]));
-    for (int i = 1; i < count_; ++i) index = index * std::uint64_t(radix_[i]) + std::uint64_t(squares[i] - offset_[i]);
+    for (int i = 1; i < count_; ++i)
+      index = index * std::uint64_t(radix_[i]) + std::uint64_t(squares[i] - offset_[i]);
     return index;
   }
 

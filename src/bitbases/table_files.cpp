@@ -1,9 +1,9 @@
 #include "bitbases/table_files.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <fstream>
-
-#include <unistd.h>
 
 #include "bitbases/portable_io.h"
 #include "bitbases/table_material.h"

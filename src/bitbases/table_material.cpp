@@ -82,8 +82,10 @@ TableEntry EntryIn(TableOfMaterial table, const int* colour, const int* type, co
   int reversed = table.reversed ? 1 : 0;
   for (int i = 0; i < count; ++i) {
     int c = colour[i] ^ reversed;
-    if (type[i] == KING) lists[c][KING_SLOT] = square[i];
-    else lists[c][FirstSlot(type[i]) + used[c][type[i]]++] = square[i];
+    if (type[i] == KING)
+      lists[c][KING_SLOT] = square[i];
+    else
+      lists[c][FirstSlot(type[i]) + used[c][type[i]]++] = square[i];
   }
   // The index takes like pieces lowest first.
   for (int c : {WHITE, BLACK})

@@ -19,8 +19,9 @@ class TableProvider {
       : directory_(std::move(directory)), options_(options) {}
 
   // The table, from the directory or solved and written there. fresh: solve it even when its
-  // files exist, unless this provider made them (what it needs is still read when present). Throws std::invalid_argument for a
-  // name that is not in the table list, std::runtime_error and BraskPortableIO::IOException.
+  // files exist, unless this provider made them (what it needs is still read when present). Throws
+  // std::invalid_argument for a name that is not in the table list, std::runtime_error and
+  // BraskPortableIO::IOException.
   std::shared_ptr<const TableFiles> Provide(const std::string& name, bool fresh = false);
 
  private:

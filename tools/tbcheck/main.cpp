@@ -62,14 +62,17 @@ class UciEngine {
   // moves 0: no mate expected; a search of fixed depth looks for one all the same.
   int MateScore(const std::string& fen, int moves) {
     Send("position fen " + fen);
-    Send(moves == 0 ? "go depth " + std::to_string(DRAW_DEPTH)
-                    : "go mate " + std::to_string(moves) + " movetime " + std::to_string(MOVE_TIME_MS));
+    Send(moves == 0
+             ? "go depth " + std::to_string(DRAW_DEPTH)
+             : "go mate " + std::to_string(moves) + " movetime " + std::to_string(MOVE_TIME_MS));
     int mate = NO_MATE;
     std::string line;
     while (ReadLine(line) && line.rfind("bestmove", 0) != 0) {
       std::size_t at = line.find(" score mate ");
-      if (at != std::string::npos) mate = std::stoi(line.substr(at + 12));
-      else if (line.find(" score cp ") != std::string::npos) mate = NO_MATE;
+      if (at != std::string::npos)
+        mate = std::stoi(line.substr(at + 12));
+      else if (line.find(" score cp ") != std::string::npos)
+        mate = NO_MATE;
     }
     return mate;
   }
@@ -154,7 +157,8 @@ int main(int argc, char** argv) {
   for (int n = 0; n < count;) {
     int squares[MAX_TABLE_PIECES];
     for (int i = 0; i < material->count; ++i)
-      squares[i] = material->type[std::size_t(i)] == PAWN ? 8 + int(random() % 48) : int(random() % 64);
+      squares[i] =
+          material->type[std::size_t(i)] == PAWN ? 8 + int(random() % 48) : int(random() % 64);
     bool distinct = true;
     for (int i = 0; i < material->count; ++i)
       for (int j = 0; j < i; ++j) distinct &= squares[i] != squares[j];
@@ -184,14 +188,17 @@ int main(int argc, char** argv) {
     } else if (found != UciEngine::NO_MATE && (found > 0) == (expected > 0) &&
                std::abs(found) < std::abs(expected)) {
       ++errors;
-      std::cout << "ERROR " << fen << ": table mate " << expected << ", engine mate " << found << "\n";
+      std::cout << "ERROR " << fen << ": table mate " << expected << ", engine mate " << found
+                << "\n";
     } else if (found != UciEngine::NO_MATE && (found > 0) != (expected > 0)) {
       ++errors;
-      std::cout << "ERROR " << fen << ": table mate " << expected << ", engine mate " << found << "\n";
+      std::cout << "ERROR " << fen << ": table mate " << expected << ", engine mate " << found
+                << "\n";
     } else {
       ++unsettled;
       std::cout << "unsettled " << fen << ": table mate " << expected << ", engine "
-                << (found == UciEngine::NO_MATE ? std::string("no mate") : "mate " + std::to_string(found))
+                << (found == UciEngine::NO_MATE ? std::string("no mate")
+                                                : "mate " + std::to_string(found))
                 << "\n";
     }
   }

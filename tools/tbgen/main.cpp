@@ -71,11 +71,16 @@ int main(int argc, char** argv) {
   int threads = int(std::max(1u, std::thread::hardware_concurrency()));
   for (int i = 1; i < argc; ++i) {
     std::string argument = argv[i];
-    if (argument == "-o" && i + 1 < argc) directory = argv[++i];
-    else if (argument == "-j" && i + 1 < argc) threads = std::max(1, std::atoi(argv[++i]));
-    else if (argument == "--time-only") time_only = true;
-    else if (!argument.empty() && argument[0] != '-') AddEndgames(argument, endgames);
-    else return Usage();
+    if (argument == "-o" && i + 1 < argc)
+      directory = argv[++i];
+    else if (argument == "-j" && i + 1 < argc)
+      threads = std::max(1, std::atoi(argv[++i]));
+    else if (argument == "--time-only")
+      time_only = true;
+    else if (!argument.empty() && argument[0] != '-')
+      AddEndgames(argument, endgames);
+    else
+      return Usage();
   }
   if (endgames.empty()) return Usage();
   std::error_code error;
