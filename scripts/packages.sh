@@ -21,7 +21,7 @@ brask_ensure_packages() {
 }
 
 BRASK_BUILD_PACKAGES=(g++ cmake make libroaring-dev)
-BRASK_TEST_PACKAGES=(libgtest-dev python3 xboard xvfb xauth fairymax)
+BRASK_TEST_PACKAGES=(libgtest-dev python3 xboard xvfb xauth)
 
 # Configures and builds the given build directory (Release unless a type is given). Further
 # arguments go to the configuration; BRASK_TARGET, if set, builds one target only.

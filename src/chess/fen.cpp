@@ -10,7 +10,7 @@
 #include "chess/tokenizer.h"
 #include "chess/user_board.h"
 #include "shell/conversions.h"
-#include "shell/coordinate_characters.h"
+#include "chess/coordinate_characters.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "chess/move_generator.h"
 #include "chess/move_text.h"
-#include "shell/coordinate_characters.h"
+#include "chess/coordinate_characters.h"
 
 namespace {
 

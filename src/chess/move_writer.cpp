@@ -4,7 +4,7 @@
 #include "chess/board_tables.h"
 #include "chess/move_generator.h"
 #include "chess/move_text.h"
-#include "shell/coordinate_characters.h"
+#include "chess/coordinate_characters.h"
 
 namespace {
 

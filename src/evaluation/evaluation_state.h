@@ -6,8 +6,8 @@
 #include <memory>
 
 #include "chess/basic.h"
+#include "evaluation/pawn_majority.h"
 #include "evaluation/score_pair.h"
-#include "search/hash_pawn.h"
 
 struct EvaluationSettings {
   std::int16_t draw_value = 0;   // contempt, from White's view
@@ -75,6 +75,12 @@ struct EvaluationRecord {
   ZoneUnits zone_units[2][3];
   bool pawn_entry_from_hash;
   PawnScores pawn_scores;
+  // What the shelter of each king found: the squares in front of it without an own pawn, one and
+  // two ranks ahead, and the two curves of its units.
+  std::int16_t missing_front[2];
+  std::int16_t missing_second[2];
+  double defence_curve[2];
+  double attack_curve[2];
 };
 
 struct EvaluationState : EvaluationRecord {

@@ -1,35 +1,103 @@
 #include "evaluation/pawn_hash_entry.h"
 
 #include "chess/bitboard.h"
+#include "chess/board.h"
+#include "evaluation/evaluation_state.h"
 #include "search/position_type.h"
 
 namespace {
 
+// A majority's files are contiguous from the edge of its wing, so its outermost file says it all.
+struct WingMasks {
+  Bitboard queenside[8];  // files a up to the index
+  Bitboard kingside[8];   // files from the index up to h
+};
+
+constexpr WingMasks MakeWingMasks() {
+  WingMasks masks{};
+  for (int last = 0; last < 8; ++last)
+    for (int file = 0; file < 8; ++file) {
+      if (file <= last) masks.queenside[last] |= FileMask(file);
+      if (file >= last) masks.kingside[last] |= FileMask(file);
+    }
+  return masks;
+}
+
+constexpr WingMasks MajorityMasks = MakeWingMasks();
+
+std::uint32_t PackWing(const PawnMajority& majority, bool kingside) {
+  if (majority.kind == 0) return 0;
+  const Bitboard first_rank = majority.mask & RANK_1;
+  const int edge_file = first_rank == 0 ? 0 : kingside ? File(FindLowestBit(first_rank))
+                                                       : File(FindHighestBit(first_rank));
+  return std::uint32_t(majority.kind & 3) | std::uint32_t(majority.files & 7) << 2 |
+         std::uint32_t(majority.opposing_pawns & 7) << 5 | std::uint32_t(edge_file) << 8;
+}
+
+PawnMajority UnpackWing(std::uint32_t bits, bool kingside) {
+  const int kind = int(bits & 3);
+  if (kind == 0) return {};
+  const int edge_file = int((bits >> 8) & 7);
+  return {kind, int((bits >> 2) & 7), int((bits >> 5) & 7),
+          kingside ? MajorityMasks.kingside[edge_file] : MajorityMasks.queenside[edge_file]};
+}
+
+// Sign in the low bit, magnitude in the nine above it.
+std::uint32_t PackSigned(int value) {
+  return value < 0 ? 1u | std::uint32_t(-value & 511) << 1 : std::uint32_t(value & 511) << 1;
+}
+int UnpackSigned(std::uint32_t bits) {
+  const int magnitude = int((bits >> 1) & 511);
+  return bits & 1 ? -magnitude : magnitude;
+}
+
+constexpr int KINGSIDE_SHIFT = 11;
+constexpr int OPENNESS_SHIFT = 22;
+
 bool HasPairScores(int position_type) { return position_type <= MIDDLEGAME; }
 
-// The twelve units in the order colour, wing, attack before defence, three to a word.
+// The twelve units a word each for White's attack, White's defence, Black's attack and Black's
+// defence, the three wings in order within the word.
 void PackUnits(const ZoneUnits units[2][3], std::uint32_t words[4]) {
-  int values[12];
-  for (int colour = 0; colour < 2; ++colour)
-    for (int wing = 0; wing < 3; ++wing) {
-      values[colour * 6 + wing * 2] = units[colour][wing].attack;
-      values[colour * 6 + wing * 2 + 1] = units[colour][wing].defence;
-    }
-  for (int word = 0; word < 4; ++word)
-    words[word] = PackScoreWord(values[3 * word], values[3 * word + 1], values[3 * word + 2]);
+  for (int colour = 0; colour < 2; ++colour) {
+    const ZoneUnits* wing = units[colour];
+    words[2 * colour] = PackScoreWord(wing[0].attack, wing[1].attack, wing[2].attack);
+    words[2 * colour + 1] = PackScoreWord(wing[0].defence, wing[1].defence, wing[2].defence);
+  }
 }
 
 void UnpackUnits(const std::uint32_t words[4], ZoneUnits units[2][3]) {
-  int values[12];
-  for (int word = 0; word < 4; ++word)
-    UnpackScoreWord(words[word], values[3 * word], values[3 * word + 1], values[3 * word + 2]);
-  for (int colour = 0; colour < 2; ++colour)
+  for (int colour = 0; colour < 2; ++colour) {
+    int attack[3], defence[3];
+    UnpackScoreWord(words[2 * colour], attack[0], attack[1], attack[2]);
+    UnpackScoreWord(words[2 * colour + 1], defence[0], defence[1], defence[2]);
     for (int wing = 0; wing < 3; ++wing)
-      units[colour][wing] = {std::int16_t(values[colour * 6 + wing * 2]),
-                             std::int16_t(values[colour * 6 + wing * 2 + 1])};
+      units[colour][wing] = {std::int16_t(attack[wing]), std::int16_t(defence[wing])};
+  }
 }
 
 }  // namespace
+
+std::uint32_t PackCounts(const PawnMajority majority[2], int openness) {
+  return PackWing(majority[0], false) | PackWing(majority[1], true) << KINGSIDE_SHIFT |
+         std::uint32_t(openness & 1023) << OPENNESS_SHIFT;
+}
+
+void UnpackCounts(std::uint32_t packed, PawnMajority majority[2], int& openness) {
+  majority[0] = UnpackWing(packed & 0x7FF, false);
+  majority[1] = UnpackWing((packed >> KINGSIDE_SHIFT) & 0x7FF, true);
+  openness = int(packed >> OPENNESS_SHIFT);
+}
+
+std::uint32_t PackScoreWord(int a, int b, int c) {
+  return PackSigned(a) | PackSigned(b) << 10 | PackSigned(c) << 20;
+}
+
+void UnpackScoreWord(std::uint32_t word, int& a, int& b, int& c) {
+  a = UnpackSigned(word);
+  b = UnpackSigned(word >> 10);
+  c = UnpackSigned(word >> 20);
+}
 
 PawnHashEntry BuildPawnEntry(const EvaluationState& evaluation, std::uint64_t pawn_key,
                              int position_type) {

@@ -1,29 +1,15 @@
 #include "evaluation/pawn_structure.h"
 
-#include "chess/bitboard.h"
-#include "chess/board_tables.h"
+#include "evaluation/passed_pawns.h"
+#include "evaluation/pawn_geometry.h"
+#include "evaluation/pawn_entry_construction.h"
 #include "evaluation/pawn_hash_entry.h"
+#include "evaluation/pawn_majorities.h"
+#include "evaluation/pawn_sets.h"
+#include "evaluation/pawn_structure_terms.h"
+#include "evaluation/pawn_tables.h"
 #include "search/hash.h"
 #include "search/position_type.h"
-
-namespace {
-
-void ListPawnsAndPassers(PawnBlock& block, Bitboard own, Bitboard enemy, int colour) {
-  // The walk goes from the highest bit down; the list keeps the lowest square first.
-  int count = PopCount(own);
-  block.pawn_count = std::uint16_t(count);
-  for (Bitboard rest = own; rest != 0;) {
-    const int square = FindHighestBit(rest);
-    rest ^= SquareBit(square);
-    block.squares[--count] = std::uint16_t(square);
-    if ((BoardTables.PassedPawnMask[colour][square] & enemy) == 0) {
-      block.passed |= SquareBit(square);
-      ++block.passed_count;
-    }
-  }
-}
-
-}  // namespace
 
 void PreparePawns(EvaluationState& evaluation, const Board& board, int position_type) {
   if (position_type == ENDGAME_NO_PAWNS_LEFT) return;
@@ -33,16 +19,52 @@ void PreparePawns(EvaluationState& evaluation, const Board& board, int position_
     ReadPawnEntry(*entry, board, evaluation);
     return;
   }
-  ListPawnsAndPassers(evaluation.pawns[WHITE], board.white.pawns, board.black.pawns, WHITE);
-  ListPawnsAndPassers(evaluation.pawns[BLACK], board.black.pawns, board.white.pawns, BLACK);
+  ListPawns(evaluation, board);
+  FindPassedPawns(evaluation, board);
 }
 
-// The terms below are still to come; until then they leave the state as it is and score nothing.
+void PrepareFileData(EvaluationState& evaluation, const Board& board) {
+  if (evaluation.pawns[WHITE].pawn_count == 0 && evaluation.pawns[BLACK].pawn_count == 0)
+    ListPawns(evaluation, board);
+  for (int colour = WHITE; colour <= BLACK; ++colour) {
+    const std::uint16_t without = std::uint16_t(~FilesOf(board.Pieces(colour).pawns) & RANK_1);
+    evaluation.files_without_pawn[colour] = without;
+    evaluation.files_without_pawn_count[colour] = std::uint16_t(PopCount(without));
+  }
+  const Bitboard without_any = ~FilesOf(board.white.pawns | board.black.pawns) & RANK_1;
+  evaluation.only_open_file = PopCount(without_any) == 1 ? FindHighestBit(without_any) : -1;
+}
 
-ScorePair PassedPawnTerm(EvaluationState&) { return {}; }
+void PrepareStructure(EvaluationState& evaluation, const Board& board) {
+  PrepareDynamicSets(evaluation, board);
+  if (evaluation.pawn_entry_from_hash) return;
+  PrepareStoredSets(evaluation, board);
+}
 
-void PrepareFileData(EvaluationState&, const Board&) {}
+ScorePair PawnStructureTerm(EvaluationState& evaluation, const Board& board, int position_type) {
+  if (!evaluation.pawn_entry_from_hash) {
+    if (position_type == OPENING) {
+      ConstructPawnEntry(evaluation, board, OpeningPawnPositional, OpeningPawnReckless);
+    } else {
+      ConstructPawnEntry(evaluation, board, MiddlegamePawnPositional, MiddlegamePawnReckless);
+    }
+  }
+  for (int colour = WHITE; colour <= BLACK; ++colour)
+    for (int wing = 0; wing < 3; ++wing) {
+      ZoneUnits& zone = evaluation.zone_units[colour][wing];
+      const ZoneUnits& stored = evaluation.pawn_scores.units[colour][wing];
+      zone.attack = std::int16_t(zone.attack + stored.attack);
+      zone.defence = std::int16_t(zone.defence + stored.defence);
+    }
+  ScorePair s{evaluation.pawn_scores.positional, evaluation.pawn_scores.reckless};
+  s += MajorityKingTerm(evaluation, board);
+  s += BlockedCentreTerm(evaluation, board);
+  s += IsolatedQueenPawnTerm(evaluation, board);
+  s += PassedPawnPiecesTerm(evaluation, board);
+  return s;
+}
 
-void PrepareStructure(EvaluationState&, const Board&) {}
-
-ScorePair PawnStructureTerm(EvaluationState&, const Board&, int) { return {}; }
+int PawnEndingTerm(EvaluationState& evaluation, const Board& board) {
+  if (!evaluation.pawn_entry_from_hash) ConstructPawnEntryEnding(evaluation, board);
+  return evaluation.pawn_scores.ending + MajorityKingEndingTerm(evaluation, board);
+}

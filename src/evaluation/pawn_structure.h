@@ -1,5 +1,6 @@
 // The pawn structure: what the evaluation knows about the pawns before it looks at a piece, and
-// the pawn terms.
+// the pawn terms. Everything that depends on the pawns alone is kept in the pawn hash table, per
+// structure and position type; the terms that also depend on pieces and kings are computed anew.
 #pragma once
 
 #include "chess/board.h"
@@ -21,3 +22,6 @@ void PrepareStructure(EvaluationState& evaluation, const Board& board);
 
 // The structure of the opening and middlegame, with the square tables of the type.
 ScorePair PawnStructureTerm(EvaluationState& evaluation, const Board& board, int position_type);
+
+// The structure in every other type with pawns, from White's view.
+int PawnEndingTerm(EvaluationState& evaluation, const Board& board);

@@ -1,11 +1,8 @@
 #include "evaluation/personalities.h"
 
-#include <map>
-
 #include "shell/os_dependent.h"
 
-namespace {
-const std::map<std::string, std::int32_t, std::less<>>& Personalities() {
+const std::map<std::string, std::int32_t, std::less<>>& NamedPersonalities() {
   static const std::map<std::string, std::int32_t, std::less<>> table = {
       {"Haldrek", 2},   {"Quelby", -2},  {"Yarrick", 4},  {"Peldane", -4},
       {"Belgrom", 6},   {"Wyndrol", -6}, {"Ostrevik", 8}, {"Dremmit", -8},
@@ -15,14 +12,13 @@ const std::map<std::string, std::int32_t, std::less<>>& Personalities() {
   };
   return table;
 }
-}  // namespace
 
 bool ParsePersonality(std::string_view text, std::int32_t& value) {
   if (text == "Random") {
     value = NonDeterministicRand_16bit() % 41 - 20;
     return true;
   }
-  if (auto found = Personalities().find(text); found != Personalities().end()) {
+  if (auto found = NamedPersonalities().find(text); found != NamedPersonalities().end()) {
     value = found->second;
     return true;
   }
@@ -38,7 +34,7 @@ bool ParsePersonality(std::string_view text, std::int32_t& value) {
 }
 
 std::string PersonalityName(std::int32_t value) {
-  for (const auto& [name, named_value] : Personalities())
+  for (const auto& [name, named_value] : NamedPersonalities())
     if (named_value == value) return name;
   return "Custom";
 }

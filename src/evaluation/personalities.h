@@ -2,8 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
+
+// The named personalities, by name.
+const std::map<std::string, std::int32_t, std::less<>>& NamedPersonalities();
 
 // Parses the argument of "personality": "Random", a name, or an integer; a word in lower case is
 // tried once more with a capital first letter. False if nothing fits.

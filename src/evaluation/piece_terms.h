@@ -1,6 +1,6 @@
-// The terms of the pieces in the opening and middlegame. Each is from White's view for the
-// colour given: the driver adds White's and subtracts Black's. They grow `attacked[]` and the
-// zone units as they go.
+// The terms of the pieces in the opening and middlegame. A term for one colour scores from that
+// colour's side (positive is good for it): the driver adds White's and subtracts Black's. They
+// grow `attacked[]`, the zone units and the endgame trend as they go.
 #pragma once
 
 #include "chess/board.h"
@@ -16,4 +16,5 @@ ScorePair QueenTerm(EvaluationState& evaluation, const Board& board, int colour,
 ScorePair DevelopmentTerm(EvaluationState& evaluation, const Board& board);
 ScorePair OpeningFormationTerm(EvaluationState& evaluation, const Board& board);
 ScorePair SpaceTerm(EvaluationState& evaluation, const Board& board);
+// After the king safety: the knights' safe squares, against the enemy's attacks without queens.
 ScorePair KnightMobilityTerm(EvaluationState& evaluation, const Board& board);

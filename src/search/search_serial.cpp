@@ -11,9 +11,7 @@
 #include "search/search_node.h"
 #include "search/search_settings.h"
 #include "search/search_types.h"
-#include "shell/application.h"
-#include "shell/basic_protocol.h"
-#include "shell/control_flow.h"
+#include "search/search_host.h"
 #include "shell/os_dependent.h"
 #include "shell/tee_stream.h"
 
@@ -31,13 +29,13 @@ SerialSearch::SerialSearch() : board(std::make_unique<SearchBoard>(*this)) {}
 SerialSearch::~SerialSearch() = default;
 
 void SerialSearch::Start(const SearchRequest& request, const UserBoard& user_board,
-                         Application& host) {
-  application = &host;
+                         SearchHost& search_host) {
+  host = &search_host;
   Search(request, user_board);
 }
 
 void SerialSearch::SearchWithoutHost(const SearchRequest& request, const UserBoard& user_board) {
-  application = nullptr;
+  host = nullptr;
   Search(request, user_board);
 }
 
@@ -58,7 +56,7 @@ void SerialSearch::Search(const SearchRequest& request, const UserBoard& user_bo
       return;
     }
   }
-  if (application != nullptr) application->SearchFinished(true);
+  if (host != nullptr) host->SearchFinished(true);
 }
 
 void SerialSearch::BuildRootMoves() {
@@ -112,7 +110,7 @@ void SerialSearch::Run() {
   Now(stop_time);
   running = false;
   ReportSearchFinished();
-  if (application != nullptr) application->SearchFinished(discard);
+  if (host != nullptr) host->SearchFinished(discard);
 }
 
 void SerialSearch::IterativeDeepening(int last_iteration, int root_type) {
@@ -182,7 +180,7 @@ void SerialSearch::TestOtherRootMoves(int root_type) {
 // Analysis and pondering keep their result until a command ends them; a ponder hit turns the
 // search into a normal one, whose result then stands.
 void SerialSearch::WaitForCommand() {
-  if (application == nullptr) return;
+  if (host == nullptr) return;
   while (type == SearchType::analyze || type == SearchType::pondering) {
     SleepMs(WAIT_MS);
     Poll(nullptr);
@@ -317,7 +315,7 @@ void SerialSearch::Poll(std::uint64_t* countdown) {
   if (type == SearchType::puzzle) {
     if (elapsed > PUZZLE_LIMIT_MS) throw search_aborted_exception{false};
   } else {
-    if (application != nullptr) application->PollInput();
+    if (host != nullptr) host->PollInput();
     // A ponder hit changes the type inside PollInput.
     if (type == SearchType::analyze || type == SearchType::pondering) return;
   }
@@ -354,23 +352,23 @@ std::uint64_t SerialSearch::ElapsedTime() const {
 }
 
 void SerialSearch::ReportIterationStart() {
-  if (application != nullptr) application->Game().Protocol().ReportIterationStart(iteration);
+  if (host != nullptr) host->ReportIterationStart(iteration);
 }
 
 void SerialSearch::ReportNewBestLine() {
-  if (application != nullptr) application->Game().Protocol().ReportNewBestLine(*this);
+  if (host != nullptr) host->ReportNewBestLine(*this);
 }
 
 void SerialSearch::ReportNewBestMoveCandidate() {
-  if (application != nullptr) {
-    application->Game().Protocol().ReportNewBestMoveCandidate(root_moves[0]->text);
+  if (host != nullptr) {
+    host->ReportNewBestMoveCandidate(root_moves[0]->text);
   }
 }
 
 void SerialSearch::ReportSearchInstability() {
-  if (application != nullptr) application->Game().Protocol().ReportSearchInstability();
+  if (host != nullptr) host->ReportSearchInstability();
 }
 
 void SerialSearch::ReportSearchFinished() {
-  if (application != nullptr) application->Game().Protocol().ReportSearchFinished(*this);
+  if (host != nullptr) host->ReportSearchFinished(*this);
 }

@@ -12,10 +12,10 @@
 #include "chess/basic.h"
 #include "chess/user_board.h"
 #include "search/search_clock.h"
-#include "shell/search_request.h"
+#include "search/search_request.h"
 #include "shell/time_point.h"
 
-class Application;
+class SearchHost;
 class SearchBoard;
 
 struct BestLineMove {
@@ -37,8 +37,8 @@ class SerialSearch {
   SerialSearch(const SerialSearch&) = delete;
   SerialSearch& operator=(const SerialSearch&) = delete;
 
-  // Searches the game's position as asked and hands the result to application.SearchFinished.
-  void Start(const SearchRequest& request, const UserBoard& user_board, Application& application);
+  // Searches the game's position as asked and hands the result to host.SearchFinished.
+  void Start(const SearchRequest& request, const UserBoard& user_board, SearchHost& host);
   // The same without a program around it, for tools and tests: no input is read, nothing is
   // reported, and the result stays in the status fields.
   void SearchWithoutHost(const SearchRequest& request, const UserBoard& user_board);
@@ -81,7 +81,7 @@ class SerialSearch {
   std::vector<std::unique_ptr<RootMove>> root_moves;
   std::unique_ptr<SearchBoard> board;
   SearchClock clock;
-  Application* application = nullptr;
+  SearchHost* host = nullptr;
 
  private:
   void Search(const SearchRequest& request, const UserBoard& user_board);

@@ -98,6 +98,7 @@ void Application::ExecuteNextCommand() {
 }
 
 void Application::PollInput() {
+  game->Protocol().WatchSearch(*game);
   for (;;) {
     if (input_lines.empty() && commands.empty()) {
       if (!InputAvailable()) return;
@@ -146,4 +147,22 @@ void Application::WriteSearchHeader(const SearchRequest& request, const UserBoar
          << ")\n";
   Output.SetTerminal(terminal);
   Output.Flush();
+}
+
+void Application::ReportIterationStart(int iteration) {
+  game->Protocol().ReportIterationStart(iteration);
+}
+
+void Application::ReportNewBestLine(const SerialSearch& search) {
+  game->Protocol().ReportNewBestLine(search);
+}
+
+void Application::ReportNewBestMoveCandidate(const std::string& move_text) {
+  game->Protocol().ReportNewBestMoveCandidate(move_text);
+}
+
+void Application::ReportSearchInstability() { game->Protocol().ReportSearchInstability(); }
+
+void Application::ReportSearchFinished(const SerialSearch& search) {
+  game->Protocol().ReportSearchFinished(search);
 }

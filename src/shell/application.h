@@ -7,23 +7,31 @@
 #include <string>
 #include <vector>
 
+#include "search/search_host.h"
 #include "shell/command.h"
 #include "shell/game_state.h"
 
-class Application {
+class Application : public SearchHost {
  public:
   // Arguments: the program's arguments without the empty ones; they run as start-up commands.
   explicit Application(const std::vector<std::string>& arguments);
-  ~Application();
+  ~Application() override;
 
   void Run();
   void WaitForInput();
   void ParseNextLine();
   void ExecuteNextCommand();
-  // Called by the search a few times a second: runs whatever input has arrived, without blocking.
-  void PollInput();
   void RunSearch(const SearchRequest& request, const UserBoard& board);
-  void SearchFinished(bool discard_result);
+
+  // What the search sees of the program: polled a few times a second, its reports go to the
+  // protocol, and its result to the game (search_finished.cpp).
+  void PollInput() override;
+  void ReportIterationStart(int iteration) override;
+  void ReportNewBestLine(const SerialSearch& search) override;
+  void ReportNewBestMoveCandidate(const std::string& move_text) override;
+  void ReportSearchInstability() override;
+  void ReportSearchFinished(const SerialSearch& search) override;
+  void SearchFinished(bool discard_result) override;
 
   GameState& Game() { return *game; }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/search_request.h"
+#include "shell/engine_states.h"
 
 class EditBoard;
 class GameState;
@@ -66,6 +66,11 @@ class BasicProtocol {
   virtual void ShowThinkingLine(const SerialSearch& search) = 0;
   virtual void ShowIterationLine(int iteration) = 0;
   virtual void Greeting() {}
+  // Where the front end owns the game, a search's result goes to it instead of being played: true
+  // when the protocol has taken it.
+  virtual bool TakeSearchResult(GameState&, bool /*discard_result*/) { return false; }
+  // At every poll of a running search, before the input is read: limits the protocol watches.
+  virtual void WatchSearch(GameState&) {}
 
   // Splits the line into tokens and hands them to Parse.
   std::unique_ptr<Command> ParseLine(const std::string& line);

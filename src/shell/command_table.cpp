@@ -243,6 +243,7 @@ const std::vector<CommandWord>& CommandWords() {
          return std::make_unique<Command_Tc>(line, JoinTokens(tokens, 1));
        }},
       {"time", Arity::exactly, 2, WithInteger<Command_Time>()},
+      {"uci", Arity::at_most, 1, Simple<Command_Uci>()},
       {"undo", Arity::at_most, 2, WithMoveCount<Command_Undo>()},
       {"usermove", Arity::exactly, 2, WithArgument<Command_UsermoveNewStyle>()},
       {"verify", Arity::any, 0, Simple<Command_Verify>()},

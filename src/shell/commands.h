@@ -8,3 +8,4 @@
 #include "shell/commands_protocol.h"
 #include "shell/commands_settings.h"
 #include "shell/commands_time.h"
+#include "shell/uci_commands.h"

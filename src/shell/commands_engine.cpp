@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <climits>
 
+#include "bitbases/probe_generic_bitbases.h"
+#include "bitbases/special_bitbases.h"
 #include "bitbases/tablebases.h"
 #include "chess/memory_size.h"
 #include "evaluation/evaluate.h"
@@ -85,10 +87,12 @@ void Command_DisplayTablebasesStatus::Execute(GameState&) {
   Output << "Supported bitbases/tablebases:\n"
          << "Nalimov tablebases (type=nalimov)\n"
          << "King+pawn vs king bitbases (built-in)\n"
-         << "King+pawn vs king+pawn bitbases (" << not_loaded(false) << "loaded)\n"
-         << "King+pawn+pawn vs king+pawn with pawn ram bitbases (" << not_loaded(false)
+         << "King+pawn vs king+pawn bitbases ("
+         << not_loaded(BraskBitbases::two_pawns_data != nullptr) << "loaded)\n"
+         << "King+pawn+pawn vs king+pawn with pawn ram bitbases ("
+         << not_loaded(BraskBitbases::rammed_pawn_data != nullptr)
          << "loaded)\n"
-         << "Generic bitbases supporting up to " << std::int32_t(GENERIC_BITBASE_MAX_PIECES)
+         << "Generic bitbases supporting up to " << std::int32_t(BraskBitbases::GENERIC_BITBASES_MAX_SUPPORTED_PIECES)
          << " pieces\n";
   Output.Flush();
   finished = true;
@@ -124,9 +128,11 @@ void Command_Probe::Execute(GameState&) {
   }
   board.Display(true);
   int score = 0;
+  const int bitbase_result = BraskBitbases::ProbeBitbases(board.current, &score);
+  Output << "\nProbing bitbases: " << BraskBitbases::DescribeProbe(bitbase_result, score);
+  score = 0;
   const int result = BraskTablebases::ProbeTablebase(board.current, &score);
-  Output << "\nProbing bitbases: disabled"
-         << "\nProbing tablebases: " << BraskTablebases::DescribeProbe(result, score) << "\n";
+  Output << "\nProbing tablebases: " << BraskTablebases::DescribeProbe(result, score) << "\n";
   Output.Flush();
   finished = true;
 }

@@ -31,9 +31,6 @@ class Command_DisplayPersonality : public Command {
   void Execute(GameState& game) override;
 };
 
-// The most pieces, kings included, of a generic bitbase.
-constexpr int GENERIC_BITBASE_MAX_PIECES = 5;
-
 // Commands whose machinery the engine does not have yet: they check what they can and refuse.
 class Command_Unavailable : public Command {
  public:
@@ -117,10 +114,12 @@ class Command_Verify : public Command_Unavailable {
       : Command_Unavailable(std::move(line), true, "endgame databases") {}
 };
 
-class Command_OptimizePiece : public Command_Unavailable {
+// A developer's aid: reads a square from standard input and looks for the square where the
+// piece standing there would be worth most to its owner, by the static evaluation.
+class Command_OptimizePiece : public Command {
  public:
-  explicit Command_OptimizePiece(std::string line)
-      : Command_Unavailable(std::move(line), false, "evaluation") {}
+  using Command::Command;
+  void Execute(GameState& game) override;
 };
 
 }  // namespace BraskInterfaces

@@ -1,17 +1,12 @@
-// The three exceptions that carry control between the main loop and the search. They are no
-// errors and stand outside the engine's failure classes.
+// The exceptions that carry control between the main loop and the search, beside
+// search_aborted_exception, which the search owns. They are no errors and stand outside the
+// engine's failure classes.
 #pragma once
 
 #include <utility>
 
 #include "chess/user_board.h"
-#include "shell/search_request.h"
-
-// Thrown through the search's frames by a command that cannot run beside it. With discard_result
-// the search's result is dropped; without, its best move stands.
-struct search_aborted_exception {
-  bool discard_result;
-};
+#include "search/search_request.h"
 
 struct quit_command_received_exception {};
 

@@ -9,7 +9,7 @@
 #include "search/search_serial.h"
 #include "shell/draw_handler.h"
 #include "shell/player.h"
-#include "shell/search_request.h"
+#include "shell/engine_states.h"
 #include "shell/time_control.h"
 
 namespace BraskInterfaces {

@@ -90,6 +90,7 @@ const HelpEntry COMMAND_HELP[] = {
      "Example: \"tb nalimov 8M path/to/nalimov_tb\""},
     {"tc", "Sets time controls (this command is not included in the xboard protocol)"},
     {"time", "Sets the remaining time of the side which has to move next"},
+    {"uci", "Enters UCI mode, the protocol of most chess GUIs"},
     {"undo",
      "Undos the last move and save it into the previous moves buffer.\n"
      "Extensions: \"undo all\" will undo all moves at once, furthermore \"undo <number>\" will "

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "shell/conversions.h"
-#include "shell/coordinate_characters.h"
+#include "chess/coordinate_characters.h"
 #include "shell/nondeterministic_random.h"
 #include "shell/time_point.h"
 

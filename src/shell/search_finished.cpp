@@ -19,6 +19,7 @@ void Application::SearchFinished(bool discard_result) {
   BraskInterfaces::BasicProtocol& protocol = g.Protocol();
   const SearchState state = g.search_state;
   g.search_state = SearchState::none;
+  if (protocol.TakeSearchResult(g, discard_result)) return;
   if (discard_result) {
     // A hint waiting for this search gets no move rather than a search that never comes back.
     if (state == SearchState::puzzle && g.ponder_move == PONDER_MOVE_HINT_RUNNING)

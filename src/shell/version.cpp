@@ -1,7 +1,7 @@
 #include "shell/version.h"
 
 std::string VersionText() {
-  return std::string("Brask v2.0.1 (") + __DATE__ + ", " + __TIME__ + ")\n" +
+  return std::string("Brask v") + VERSION_NUMBER + " (" + __DATE__ + ", " + __TIME__ + ")\n" +
          "build: Brask with variable search extensions\n"
          "\ninline assembler:       disabled\n"
          "move generator cache:   disabled\n"
@@ -10,5 +10,5 @@ std::string VersionText() {
          "\nplatform:               Unix"
          "\n"
          "\n"
-         "Written by the Brask developers.\n";
+         "Written by " + AUTHORS + ".\n";
 }

@@ -6,7 +6,7 @@
 
 #include "bitbases/memory_mapped_file.h"
 #include "bitbases/portable_io.h"
-#include "support/temp_directory.h"
+#include "support/temporary_directory.h"
 
 using BraskUtils::MemoryMappedFile;
 using BraskUtils::ReadOnlyMemoryMappedFile;
@@ -19,7 +19,7 @@ int OpenDescriptors() {
 }  // namespace
 
 TEST(MemoryMappedFile, ReadOnlyMappingChecksTheFile) {
-  TempDirectory dir;
+  TemporaryDirectory dir;
   int before = OpenDescriptors();
   EXPECT_THROW(ReadOnlyMemoryMappedFile(dir.File("missing"), 10),
                ReadOnlyMemoryMappedFile::IOException);
@@ -27,7 +27,8 @@ TEST(MemoryMappedFile, ReadOnlyMappingChecksTheFile) {
   EXPECT_THROW(ReadOnlyMemoryMappedFile{dir.File("empty")}, ReadOnlyMemoryMappedFile::IOException);
   std::vector<std::uint8_t> bytes = {1, 2, 3, 250};
   BraskPortableIO::WriteFile(dir.File("four"), bytes.data(), bytes.size());
-  EXPECT_THROW(ReadOnlyMemoryMappedFile(dir.File("four"), 5), ReadOnlyMemoryMappedFile::IOException);
+  EXPECT_THROW(ReadOnlyMemoryMappedFile(dir.File("four"), 5),
+               ReadOnlyMemoryMappedFile::IOException);
   EXPECT_EQ(OpenDescriptors(), before);
   {
     ReadOnlyMemoryMappedFile mapped(dir.File("four"), 4);
@@ -38,7 +39,7 @@ TEST(MemoryMappedFile, ReadOnlyMappingChecksTheFile) {
 }
 
 TEST(MemoryMappedFile, WritableMappingCreatesExtendsAndKeepsTails) {
-  TempDirectory dir;
+  TemporaryDirectory dir;
   {
     MemoryMappedFile created(dir.File("new"), 5000);
     EXPECT_EQ(created.GetData()[4999], 0);

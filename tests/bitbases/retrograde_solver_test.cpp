@@ -16,7 +16,7 @@
 #include "chess/board.h"
 #include "chess/move_generator.h"
 #include "support/datacomp_writer.h"
-#include "support/temp_directory.h"
+#include "support/temporary_directory.h"
 
 using namespace NalimovTablebases;
 
@@ -24,7 +24,7 @@ namespace {
 
 // One directory and one provider for the suite, so that each table is solved once.
 struct SharedTables {
-  TempDirectory directory;
+  TemporaryDirectory directory;
   TableProvider provider{directory.Path(), {2, nullptr}};
 };
 
@@ -245,7 +245,7 @@ TEST(RetrogradeSolver, PawnsOnBothSidesWithEnPassantAndPromotions) {
 }
 
 TEST(RetrogradeSolver, ReaderAnswersWhatTheSolverFoundFromPlainAndCompressedFiles) {
-  TempDirectory compressed;
+  TemporaryDirectory compressed;
   for (std::string name : {"kqk", "krk", "kpk", "kqkr"}) {
     Table(name);
     for (std::string ext : {".nbw", ".nbb"})
@@ -285,7 +285,7 @@ TEST(RetrogradeSolver, ReaderAnswersWhatTheSolverFoundFromPlainAndCompressedFile
 }
 
 TEST(RetrogradeSolver, ProviderReadsTablesItFindsAndRefusesUnknownNames) {
-  TempDirectory directory;
+  TemporaryDirectory directory;
   TableProvider provider(directory.Path(), {1, nullptr});
   EXPECT_THROW(provider.Provide("kqqqk"), std::invalid_argument);
   EXPECT_THROW(provider.Provide("nonsense"), std::invalid_argument);
@@ -299,7 +299,7 @@ TEST(RetrogradeSolver, ProviderReadsTablesItFindsAndRefusesUnknownNames) {
 }
 
 TEST(RetrogradeSolver, AFailedWriteLeavesNoFileUnderTheFinalName) {
-  TempDirectory directory;
+  TemporaryDirectory directory;
   const TableFiles& kqk = *Table("kqk");
   // The Black file's final name is taken by a directory, so that its rename fails.
   std::filesystem::create_directories(directory.File("kqk.nbb") + "/x");

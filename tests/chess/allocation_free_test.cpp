@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "support/allocation_counter.h"
 #include "support/perft.h"
 #include "support/test_positions.h"
 
@@ -33,6 +34,7 @@ void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
 void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete[](void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
 void operator delete(void* memory) noexcept { std::free(memory); }
+std::size_t AllocationCount() { return allocations; }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
@@ -46,7 +48,7 @@ TEST(HotPath, MoveTreeWalkAllocatesNothing) {
   for (const char* fen : {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
                           "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
                           "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8"}) {
-    Board board = TestPositions::FromFen(fen);
+    Board board = BoardFromFen(fen);
     const std::size_t before = allocations;
     const std::uint64_t leaves = Perft::CountLeaves(board, 3);
     Move buffer[MOVE_BUFFER_SIZE];

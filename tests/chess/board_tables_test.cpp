@@ -40,26 +40,10 @@ TEST(BitOperations, CountAndScan) {
   EXPECT_EQ(FindHighestBit(0), 0);
 }
 
-TEST(RotatedBoards, IndicesOfTheCorners) {
+// The lookups through the rotated boards are checked against walked attacks below; here that
+// each rotation numbers the squares one to one.
+TEST(RotatedBoards, EachRotationIsAPermutation) {
   using namespace Rotation;
-  EXPECT_EQ(A1H8Index(H1), 0);
-  EXPECT_EQ(A1H8Index(G1), 1);
-  EXPECT_EQ(A1H8Index(H2), 2);
-  EXPECT_EQ(A1H8Index(F1), 3);
-  EXPECT_EQ(A1H8Index(A1), 28);
-  EXPECT_EQ(A1H8Index(H8), 35);
-  EXPECT_EQ(A1H8Index(A8), 63);
-  EXPECT_EQ(FileIndex(H1), 0);
-  EXPECT_EQ(FileIndex(H2), 1);
-  EXPECT_EQ(FileIndex(A1), 56);
-  EXPECT_EQ(FileIndex(A8), 63);
-  EXPECT_EQ(H1A8Index(A1), 0);
-  EXPECT_EQ(H1A8Index(A2), 1);
-  EXPECT_EQ(H1A8Index(B1), 2);
-  EXPECT_EQ(H1A8Index(A3), 3);
-  EXPECT_EQ(H1A8Index(A8), 28);
-  EXPECT_EQ(H1A8Index(H1), 35);
-  EXPECT_EQ(H1A8Index(H8), 63);
   std::set<int> a1h8, files, h1a8;
   for (int square = 0; square < 64; ++square) {
     a1h8.insert(A1H8Index(square));

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -53,15 +54,13 @@ TEST(GameEnd, FiftyMovesButMateOnTheHundredthPlyStands) {
 }
 
 TEST(GameEnd, InsufficientMaterialIsOneMinorPieceEachAtMost) {
-  ExpectEnd(Game("4k3/8/8/8/8/8/8/2B1K3 w - - 0 1"), RESULT_DRAW, REASON_NO_MATING_MATERIAL);
-  ExpectEnd(Game("4k3/8/8/8/8/8/8/4K3 b - - 0 1"), RESULT_DRAW, REASON_NO_MATING_MATERIAL);
-  ExpectEnd(Game("4kn2/8/8/8/8/8/8/2B1K3 w - - 0 1"), RESULT_DRAW, REASON_NO_MATING_MATERIAL);
-  ExpectEnd(Game("4kb2/8/8/8/8/8/8/2B1K3 w - - 0 1"), RESULT_DRAW, REASON_NO_MATING_MATERIAL);
+  for (const char* fen : {"4k3/8/8/8/8/8/8/2B1K3 w - - 0 1", "4k3/8/8/8/8/8/8/4K3 b - - 0 1",
+                          "4kn2/8/8/8/8/8/8/2B1K3 w - - 0 1", "4kb2/8/8/8/8/8/8/2B1K3 w - - 0 1"})
+    ExpectEnd(Game(fen), RESULT_DRAW, REASON_NO_MATING_MATERIAL);
   // Two knights, two bishops, a pawn or a rook are enough.
-  ExpectEnd(Game("4k3/8/8/8/8/8/8/1NN1K3 w - - 0 1"), RESULT_RUNNING, REASON_NONE);
-  ExpectEnd(Game("4k3/8/8/8/8/8/8/2BBK3 w - - 0 1"), RESULT_RUNNING, REASON_NONE);
-  ExpectEnd(Game("4k3/8/8/8/8/8/7P/4K3 w - - 0 1"), RESULT_RUNNING, REASON_NONE);
-  ExpectEnd(Game("4k3/8/8/8/8/8/8/R3K3 w - - 0 1"), RESULT_RUNNING, REASON_NONE);
+  for (const char* fen : {"4k3/8/8/8/8/8/8/1NN1K3 w - - 0 1", "4k3/8/8/8/8/8/8/2BBK3 w - - 0 1",
+                          "4k3/8/8/8/8/8/7P/4K3 w - - 0 1", "4k3/8/8/8/8/8/8/R3K3 w - - 0 1"})
+    ExpectEnd(Game(fen), RESULT_RUNNING, REASON_NONE);
   UserBoard game = Game("4k3/8/8/8/8/8/3r4/2B1K3 w - - 0 1");
   game.MakeMove("Kxd2");
   ExpectEnd(game, RESULT_DRAW, REASON_NO_MATING_MATERIAL);
@@ -81,12 +80,10 @@ TEST(GameEnd, ThreefoldRepetitionIsCountedExactly) {
 }
 
 TEST(GameEndTexts, ResultAndReason) {
-  EXPECT_EQ(UserBoard::ResultText(RESULT_RUNNING), "*");
-  EXPECT_EQ(UserBoard::ResultText(RESULT_WHITE_WINS), "1-0");
-  EXPECT_EQ(UserBoard::ResultText(RESULT_BLACK_WINS), "0-1");
-  EXPECT_EQ(UserBoard::ResultText(RESULT_DRAW), "1/2-1/2");
-  EXPECT_EQ(UserBoard::ResultText(RESULT_UNKNOWN), "*");
-  EXPECT_EQ(UserBoard::ResultText(77), "*");
+  const char* results[] = {"*", "1-0", "0-1", "1/2-1/2", "*", "*"};
+  for (std::uint32_t result : {RESULT_RUNNING, RESULT_WHITE_WINS, RESULT_BLACK_WINS, RESULT_DRAW,
+                               RESULT_UNKNOWN, 77u})
+    EXPECT_EQ(UserBoard::ResultText(result), results[std::min(result, 5u)]) << result;
 
   EXPECT_EQ(UserBoard::ReasonText(RESULT_WHITE_WINS, REASON_CHECKMATE), "White mates");
   EXPECT_EQ(UserBoard::ReasonText(RESULT_BLACK_WINS, REASON_CHECKMATE), "Black mates");

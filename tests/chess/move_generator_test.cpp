@@ -11,7 +11,7 @@ namespace {
 
 using namespace TestPositions;
 
-std::vector<Move> All(const char* fen) { return Generate(FromFen(fen), 255); }
+std::vector<Move> All(const char* fen) { return Generate(BoardFromFen(fen), 255); }
 
 // The words of the moves that leave one square, in generation order.
 std::vector<Move> MovesFrom(const std::vector<Move>& moves, int square) {
@@ -51,10 +51,10 @@ TEST(MoveGenerator, BlackMovesInProgramOrder) {
 }
 
 TEST(MoveGenerator, MateAndStalemateHaveNoMoves) {
-  const Board mate = FromFen("7k/6Q1/6K1/8/8/8/8/8 b - - 0 1");
+  const Board mate = BoardFromFen("7k/6Q1/6K1/8/8/8/8/8 b - - 0 1");
   EXPECT_TRUE(Generate(mate, 255).empty());
   EXPECT_TRUE(mate.InCheck());
-  const Board stalemate = FromFen("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1");
+  const Board stalemate = BoardFromFen("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1");
   EXPECT_TRUE(Generate(stalemate, 255).empty());
   EXPECT_FALSE(stalemate.InCheck());
 }
@@ -151,15 +151,15 @@ TEST(MoveGenerator, PromotionChecksThroughTheSquareItLeaves) {
 
 TEST(MoveGenerator, QuiescenceMasksOnPromotions) {
   // With 17 a capture that promotes and a quiet promotion each yield the queen alone.
-  EXPECT_EQ(Texts(Generate(FromFen("1n2k3/P7/8/8/8/8/8/4K3 w - - 0 1"), 17)), "a7a8q a7b8q");
+  EXPECT_EQ(Texts(Generate(BoardFromFen("1n2k3/P7/8/8/8/8/8/4K3 w - - 0 1"), 17)), "a7a8q a7b8q");
   // With 14 only the promotions that give check.
-  EXPECT_EQ(Texts(Generate(FromFen("8/4P3/8/4k3/8/8/8/K7 w - - 0 1"), 14)), "e7e8q e7e8r");
+  EXPECT_EQ(Texts(Generate(BoardFromFen("8/4P3/8/4k3/8/8/8/K7 w - - 0 1"), 14)), "e7e8q e7e8r");
   // A capture that promotes yields the queen under any capture or check mask.
-  EXPECT_EQ(Texts(Generate(FromFen("1n6/P7/8/8/7k/8/8/K7 w - - 0 1"), 14)), "a7b8q");
+  EXPECT_EQ(Texts(Generate(BoardFromFen("1n6/P7/8/8/7k/8/8/K7 w - - 0 1"), 14)), "a7b8q");
 }
 
 TEST(MoveGenerator, VectorOverloadAppendsAllMoves) {
-  const Board board = FromFen(KIWIPETE);
+  const Board board = BoardFromFen(KIWIPETE);
   std::vector<Move> moves = {INVALID};
   GenerateMoves(moves, board);
   ASSERT_EQ(moves.size(), 49u);
@@ -197,7 +197,7 @@ std::vector<Move> BruteForceLegalMoves(const Board& board) {
 TEST(MoveGenerator, GeneratesExactlyTheLegalMoves) {
   std::vector<Board> boards;
   for (const auto* list : {&Standard(), &Tactical()})
-    for (const char* fen : *list) boards.push_back(FromFen(fen));
+    for (const char* fen : *list) boards.push_back(BoardFromFen(fen));
   TestRandom random(7);
   for (int i = 0; i < 1000; ++i) boards.push_back(RandomPosition(random));
   for (const Board& board : boards) {

@@ -17,7 +17,7 @@ struct PerftCase {
 };
 
 void ExpectCount(const PerftCase& perft) {
-  Board board = FromFen(perft.fen);
+  Board board = BoardFromFen(perft.fen);
   EXPECT_EQ(Perft::CountLeaves(board, perft.depth), perft.leaves)
       << perft.fen << " depth " << perft.depth;
 }
@@ -74,7 +74,7 @@ TEST(Perft, TrapPositions) {
 }
 
 TEST(Perft, DepthZeroIsOneLeaf) {
-  Board board = FromFen(INITIAL);
+  Board board = BoardFromFen(INITIAL);
   EXPECT_EQ(Perft::CountLeaves(board, 0), 1u);
 }
 

@@ -7,7 +7,6 @@
 
 #include "chess/move_generator.h"
 #include "chess/user_board.h"
-#include "shell/tee_stream.h"
 
 namespace {
 
@@ -208,20 +207,6 @@ TEST(PgnWriting, AFailingStreamIsAnIoError) {
   out.setstate(std::ios::failbit);
   EXPECT_THROW(game.WritePGN(out, PGNInfo{}), UserBoard::io_error);
   EXPECT_EQ(out.exceptions(), std::ios::goodbit);
-}
-
-TEST(PgnInfo, DisplayShowsTheTagsWithoutFen) {
-  PGNInfo info;
-  info.white = "Brask";
-  info.fen = INITIAL_FEN;
-  const bool log = Output.SetLog(false);
-  testing::internal::CaptureStdout();
-  DisplayInfo(info);
-  const std::string shown = testing::internal::GetCapturedStdout();
-  Output.SetLog(log);
-  EXPECT_EQ(shown,
-            "Event\t\"?\"\nSite\t\"?\"\nDate\t\"????.??.??\"\nRound\t\"-\"\n"
-            "White\t\"Brask\"\nBlack\t\"?\"\nTimeControl\t\"?\"\n");
 }
 
 TEST(PgnInfo, SettersWriteTheTagForms) {

@@ -4,31 +4,20 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using namespace BraskUtils;
 
-TEST(Trim, TakesTheSetOffBothEnds) {
-  std::string text = " \t name=value \r\n";
-  Trim(text, " \t\r\n");
-  EXPECT_EQ(text, "name=value");
-  std::string inner = "a b";
-  Trim(inner, " ");
-  EXPECT_EQ(inner, "a b");
-  std::string all = "\r\n \n";
-  Trim(all, " \r\n");
-  EXPECT_EQ(all, "");
-  std::string empty;
-  Trim(empty, " ");
-  EXPECT_EQ(empty, "");
-  std::string nothing_to_do = "xyx";
-  Trim(nothing_to_do, "");
-  EXPECT_EQ(nothing_to_do, "xyx");
-}
-
-TEST(StringHelpers, ReplaceAllAndStartsWith) {
+TEST(StringHelpers, TrimReplaceAllAndStartsWith) {
+  for (const auto& [text, set, trimmed] :
+       {std::tuple{" \t name=value \r\n", " \t\r\n", "name=value"}, {"a b", " ", "a b"},
+        {"\r\n \n", " \r\n", ""}, {"", " ", ""}, {"xyx", "", "xyx"}}) {
+    std::string copy = text;
+    Trim(copy, set);
+    EXPECT_EQ(copy, trimmed) << '"' << text << '"';
+  }
   EXPECT_EQ(ReplaceAll("a_b_c", '_', ' '), "a b c");
-  EXPECT_EQ(ReplaceAll("", 'a', 'b'), "");
   EXPECT_TRUE(StartsWith("protover 2", "protover"));
   EXPECT_TRUE(StartsWith("x", ""));
   EXPECT_FALSE(StartsWith("pro", "protover"));

@@ -101,17 +101,6 @@ TEST(UserBoard, IllegalMovesChangeNothing) {
   EXPECT_EQ(game.moves.size(), 1u);
 }
 
-TEST(UserBoard, ExceptionsSayWhatWentWrong) {
-  EXPECT_STREQ(UserBoard::invalid_move().what(), "Illegal move");
-  EXPECT_STREQ(UserBoard::invalid_position().what(), "Illegal position");
-  EXPECT_STREQ(UserBoard::no_moves_to_undo().what(), "no move to undo");
-  EXPECT_STREQ(UserBoard::next_moves_empty().what(), "next move buffer is empty");
-  EXPECT_STREQ(UserBoard::invalid_board_after_changing_side().what(), "cannot change sides");
-  EXPECT_STREQ(EditBoard::invalid_position().what(), "Illegal position");
-  const UserBoard::user_exception& base = UserBoard::io_error("FEN must have six fields");
-  EXPECT_STREQ(base.what(), "FEN must have six fields");
-}
-
 TEST(UserBoard, ChangeSideStartsANewGame) {
   UserBoard game;
   game.MakeMove("Nf3");

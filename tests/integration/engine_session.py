@@ -1,11 +1,10 @@
 """Runs the engine as a whole program for the transcript tests.
 
 Each run gets a fresh temporary working directory, so that its log file (read back into the
-result) and any files the commands write stay out of the build tree. A run that does not end
-within its timeout is a failure, never a stuck suite.
+result) and any files the commands write stay out of the build tree. Every wait has a deadline:
+a run or a session that does not answer in time fails its test, never hangs the suite.
 """
 import os
-import queue
 import re
 import subprocess
 import sys
@@ -48,32 +47,39 @@ class Run:
         return [match.group(0)[2:] for match in PROMPT.finditer(self.stdout)]
 
 
+def tool_path(name="brask"):
+    return os.path.join(os.path.abspath(sys.argv[1]), name)
+
+
 def engine_path():
-    return os.path.join(os.path.abspath(sys.argv[1]), "brask")
+    return tool_path()
 
 
-def run(lines=(), arguments=(), files=None, input_bytes=None, timeout=TIMEOUT_SECONDS):
+def run(lines=(), arguments=(), files=None, input_bytes=None, timeout=TIMEOUT_SECONDS,
+        directory=None):
     """Runs the engine on `lines` (each ended by a newline) or on raw `input_bytes`.
 
     `files` maps names to contents to put into the working directory first; the contents of all
-    files there after the run, logs excepted, come back in `Run.files`.
+    files there after the run, logs excepted, come back in `Run.files`. A given `directory` is
+    used as it is and kept; the log read back is then its newest, and no files are.
     """
     if input_bytes is None:
         input_bytes = "".join(line + "\n" for line in lines).encode("utf-8", "surrogateescape")
-    with tempfile.TemporaryDirectory(prefix="brask-") as directory:
+    with tempfile.TemporaryDirectory(prefix="brask-") as scratch:
+        where = directory or scratch
         for name, content in (files or {}).items():
-            with open(os.path.join(directory, name), "w", encoding="utf-8") as file:
+            with open(os.path.join(where, name), "w", encoding="utf-8") as file:
                 file.write(content)
-        completed = subprocess.run([engine_path(), *arguments], cwd=directory, input=input_bytes,
+        completed = subprocess.run([engine_path(), *arguments], cwd=where, input=input_bytes,
                                    capture_output=True, timeout=timeout)
-        return Run(completed, read_log(directory), read_files(directory))
+        return Run(completed, read_log(where), {} if directory else read_files(where))
 
 
 def read_log(directory):
-    path = os.path.join(directory, "logfile.000")
-    if not os.path.exists(path):
+    logs = sorted(name for name in os.listdir(directory) if re.fullmatch(r"logfile\.\d+", name))
+    if not logs:
         return ""
-    with open(path, encoding="utf-8", errors="replace") as file:
+    with open(os.path.join(directory, logs[-1]), encoding="utf-8", errors="replace") as file:
         return file.read()
 
 
@@ -91,9 +97,11 @@ def read_files(directory):
 class InteractiveSession:
     """The engine on pipes, for tests that time their lines against what it has answered.
 
-    Lines of standard output are read as they come; every wait has a deadline, and `close` ends
-    the engine (by "quit", then by force) so that no test can hang. Use it in a `with` block; the
-    log of the run is in `log` afterwards.
+    A reader thread collects standard output as it comes. It can be read as whole lines
+    (`read_line`, `wait_for`, `quiet_for`) or, for the console, whose prompts and iteration lines
+    end without a newline, as one text with positions in it (`mark`, `output`, `poll_for`,
+    `wait_for_text`). Every wait has a deadline, and `close` ends the engine (by "quit", then by
+    force) so that no test can hang. Use it in a `with` block; the log is in `log` afterwards.
     """
 
     def __init__(self, arguments=(), timeout=TIMEOUT_SECONDS):
@@ -101,16 +109,24 @@ class InteractiveSession:
         self.process = subprocess.Popen([engine_path(), *arguments], cwd=self.directory.name,
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         stderr=subprocess.DEVNULL)
-        self.lines = queue.Queue()
+        self._text = ""
+        self._line_start = 0  # where the next unread line begins
+        self._ended = False
+        self._changed = threading.Condition()
         self.received = []  # every line read so far, in order
         self.deadline = time.monotonic() + timeout
         self.log = ""
-        threading.Thread(target=self._read, daemon=True).start()
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
 
     def _read(self):
-        for raw in iter(self.process.stdout.readline, b""):
-            self.lines.put(raw.decode("utf-8", "replace").rstrip("\n"))
-        self.lines.put(None)
+        for chunk in iter(lambda: self.process.stdout.read1(4096), b""):
+            with self._changed:
+                self._text += chunk.decode("utf-8", "replace")
+                self._changed.notify_all()
+        with self._changed:
+            self._ended = True
+            self._changed.notify_all()
 
     def __enter__(self):
         return self
@@ -119,22 +135,29 @@ class InteractiveSession:
         self.close()
 
     def send(self, *lines):
-        for line in lines:
-            self.process.stdin.write((line + "\n").encode())
+        self.process.stdin.write("".join(line + "\n" for line in lines).encode())
         self.process.stdin.flush()
 
     def read_line(self, timeout):
         """The next line of output, or None if none came within `timeout` seconds."""
-        timeout = min(timeout, self.deadline - time.monotonic())
-        try:
-            line = self.lines.get(timeout=max(timeout, 0))
-        except queue.Empty:
-            return None
-        if line is None:
-            self.lines.put(None)  # the end of output stays seen by later reads
-        else:
-            self.received.append(line)
-        return line
+        end = min(time.monotonic() + timeout, self.deadline)
+        with self._changed:
+            while True:
+                newline = self._text.find("\n", self._line_start)
+                if newline >= 0:
+                    line = self._text[self._line_start:newline]
+                    self._line_start = newline + 1
+                    self.received.append(line)
+                    return line
+                if self._ended and self._line_start < len(self._text):
+                    # The last line, cut short by the end of the output.
+                    line, self._line_start = self._text[self._line_start:], len(self._text)
+                    self.received.append(line)
+                    return line
+                left = end - time.monotonic()
+                if self._ended or left <= 0:
+                    return None
+                self._changed.wait(left)
 
     def wait_for(self, pattern, timeout, what=None):
         """Reads lines until one matches `pattern` (a regular expression, searched); returns the
@@ -163,6 +186,40 @@ class InteractiveSession:
             lines.append(line)
         return lines
 
+    def output(self, start=0):
+        with self._changed:
+            return self._text[start:]
+
+    def mark(self):
+        """A position in the output, for looking only at what comes after it."""
+        with self._changed:
+            return len(self._text)
+
+    def poll_for(self, pattern, timeout, start=0):
+        """The first match of `pattern` in the output after `start` within `timeout`, or None."""
+        compiled = re.compile(pattern)
+        end = min(time.monotonic() + timeout, self.deadline)
+        with self._changed:
+            while True:
+                match = compiled.search(self._text, start)
+                left = end - time.monotonic()
+                if match or self._ended or left <= 0:
+                    return match
+                self._changed.wait(left)
+
+    def wait_for_text(self, pattern, timeout, start=0):
+        """Like `poll_for`, but a missing answer fails the test with the end of the output."""
+        match = self.poll_for(pattern, timeout, start)
+        if match is None:
+            raise AssertionError(f"no {pattern!r} within {timeout} s; output ends with "
+                                 f"{self.output(start)[-800:]!r}")
+        return match
+
+    def quit(self, timeout=10):
+        """Sends quit and waits for the end; the exit status."""
+        self.send("quit")
+        return self.process.wait(timeout=timeout)
+
     def close(self):
         if self.process.poll() is None:
             try:
@@ -171,6 +228,7 @@ class InteractiveSession:
             except (OSError, subprocess.TimeoutExpired):
                 self.process.kill()
                 self.process.wait()
+        self._reader.join(timeout=5)
         self.log = read_log(self.directory.name)
         self.directory.cleanup()
         return self.log
@@ -193,7 +251,10 @@ def expect(condition, what):
 
 
 def run_tests(tests):
-    """Runs the test functions in order, reports each, and exits non-zero if any failed."""
+    """Runs the test functions in order (a list, or a module's globals, whose `test_` functions
+    run), reports each, and exits non-zero if any failed."""
+    if isinstance(tests, dict):
+        tests = [value for name, value in tests.items() if name.startswith("test_")]
     failures = 0
     for test in tests:
         try:
@@ -207,81 +268,3 @@ def run_tests(tests):
             print(f"FAIL {test.__name__}:\n{traceback.format_exc()}")
     print(f"{len(tests) - failures} passed, {failures} failed")
     sys.exit(1 if failures else 0)
-
-
-class ConsoleSession:
-    """The engine on pipes as a console user meets it, watched as one stream of text.
-
-    Unlike `InteractiveSession`, which reads whole lines, this one also sees what the console
-    writes without a newline (prompts, iteration lines that the next thinking line overwrites),
-    and a wait may look back at output already seen, from any position. A reader thread collects
-    the output; `wait_for` looks for a pattern after a position in it, with a deadline, so a
-    silent engine fails the test instead of hanging it. Use it as a context manager: the engine is killed at the end whatever happened,
-    and the log is read back into `log`.
-    """
-
-    def __init__(self, arguments=()):
-        self._directory = tempfile.TemporaryDirectory(prefix="brask-")
-        self.process = subprocess.Popen([engine_path(), *arguments], cwd=self._directory.name,
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                        stderr=subprocess.STDOUT)
-        self._output = ""
-        self._lock = threading.Lock()
-        self._reader = threading.Thread(target=self._read, daemon=True)
-        self._reader.start()
-        self.log = ""
-
-    def _read(self):
-        for chunk in iter(lambda: self.process.stdout.read1(4096), b""):
-            with self._lock:
-                self._output += chunk.decode("utf-8", "replace")
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.close()
-
-    def send(self, *lines):
-        self.process.stdin.write("".join(line + "\n" for line in lines).encode())
-        self.process.stdin.flush()
-
-    def output(self, start=0):
-        with self._lock:
-            return self._output[start:]
-
-    def mark(self):
-        """A position in the output, for looking only at what comes after it."""
-        with self._lock:
-            return len(self._output)
-
-    def poll_for(self, pattern, timeout, start=0):
-        """The first match of `pattern` after `start` within `timeout` seconds, or None."""
-        compiled = re.compile(pattern)
-        deadline = time.monotonic() + timeout
-        while True:
-            match = compiled.search(self.output(), start)
-            if match or time.monotonic() >= deadline:
-                return match
-            time.sleep(0.02)
-
-    def wait_for(self, pattern, timeout, start=0):
-        """Like `poll_for`, but a missing answer fails the test with the end of the output."""
-        match = self.poll_for(pattern, timeout, start)
-        if match is None:
-            raise AssertionError(f"no {pattern!r} within {timeout} s; output ends with "
-                                 f"{self.output(start)[-800:]!r}")
-        return match
-
-    def quit(self, timeout=10):
-        """Sends quit and waits for the end; the exit status."""
-        self.send("quit")
-        return self.process.wait(timeout=timeout)
-
-    def close(self):
-        if self.process.poll() is None:
-            self.process.kill()
-        self.process.wait()
-        self._reader.join(timeout=5)
-        self.log = read_log(self._directory.name)
-        self._directory.cleanup()

@@ -115,7 +115,7 @@ def test_refusals_of_missing_machinery_check_arguments_first():
 
 def test_refusals_leave_the_game_as_it_was():
     refused = ["hash eval 0M", "hash eval 1Q", "tb nalimov 8M here", "probe 8/8 w - - 0 1",
-               "generate", "verify", "optimize_piece", "e5e4", "Nf3", "undo 0", "undo -3",
+               "generate", "verify", "e5e4", "Nf3", "undo 0", "undo -3",
                "next 1", "remove", "setboard 8/8/8/8/8/8/8/8 w - - 0 1", "level 0 0 -1",
                "tc 40 5 0", "playother now", "draw"]
     result = run(["force", "e4", *refused, "write_fen after.fen", "display_settings enable_ettc"])
@@ -139,7 +139,4 @@ def test_errors_reach_the_log():
 
 
 if __name__ == "__main__":
-    run_tests([test_token_counts, test_argument_values, test_unknown_words_and_bad_lines,
-               test_commands_that_need_force_mode,
-               test_refusals_of_missing_machinery_check_arguments_first,
-               test_refusals_leave_the_game_as_it_was, test_errors_reach_the_log])
+    run_tests(globals())

@@ -21,7 +21,7 @@ WORDS = [
     "undo", "usermove", "verify", "version", "white", "write_fen", "write_pgn", "write_settings",
     "xboard",
 ]
-# optimize_piece reads a square from standard input once it works; it is driven by hand, not here.
+# optimize_piece reads a square from standard input; its own transcript test drives it.
 LEFT_OUT = {"edit", "quit", "optimize_piece"}
 
 ARGUMENTS = [
@@ -134,5 +134,4 @@ def test_fuzzed_edit_session():
 
 
 if __name__ == "__main__":
-    run_tests([test_random_and_mutated_lines, test_every_word_with_every_argument_count,
-               test_fuzzed_edit_session])
+    run_tests(globals())

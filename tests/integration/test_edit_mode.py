@@ -65,6 +65,4 @@ def test_edit_under_xboard_is_silent_and_gives_kings_for_a_bad_position():
 
 
 if __name__ == "__main__":
-    run_tests([test_pieces_colour_and_side, test_cancel_and_restore_keep_the_old_position,
-               test_invalid_positions_and_bad_lines_on_the_console, test_edit_help_and_quit,
-               test_edit_under_xboard_is_silent_and_gives_kings_for_a_bad_position])
+    run_tests(globals())

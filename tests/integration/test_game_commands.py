@@ -193,12 +193,4 @@ def test_end_of_input_quits_like_quit():
 
 
 if __name__ == "__main__":
-    run_tests([test_prompts_count_moves_from_the_start_position,
-               test_moves_in_force_mode_in_every_notation, test_undo_next_and_their_warnings,
-               test_remove_takes_back_two_half_moves_for_the_human,
-               test_result_ends_the_game_and_new_starts_one,
-               test_white_and_black_set_the_side_on_move,
-               test_names_and_ratings_reach_the_game_and_the_greeting,
-               test_setboard_accepts_legal_positions_only, test_fen_files_round_trip,
-               test_pgn_files_read_tags_and_keep_moves_for_next,
-               test_end_of_input_quits_like_quit])
+    run_tests(globals())

@@ -6,7 +6,7 @@ Usage: test_help_and_options.py BUILD_DIR
 """
 from engine_session import expect, expect_equal, log_only_reports, run, run_tests
 
-COMMAND_COUNT = 61
+COMMAND_COUNT = 62
 STARTUP_WORDS = ["contempt", "easy", "eval", "generate", "hash", "help", "id", "level",
                  "modify_settings", "personality", "probe", "protover", "quit", "read_fen",
                  "read_pgn", "read_settings", "sd", "setboard", "st", "tb", "tc", "verify",
@@ -143,8 +143,4 @@ def test_quit_and_protocols_at_startup():
 
 
 if __name__ == "__main__":
-    run_tests([test_command_help_columns_and_order, test_help_in_the_log_has_no_padding,
-               test_startup_help_and_version_end_the_run, test_bad_options_end_with_status_1,
-               test_good_options_run_before_the_main_loop,
-               test_options_without_dashes_and_refusals_that_can_be_passed_over,
-               test_quit_and_protocols_at_startup])
+    run_tests(globals())

@@ -2,22 +2,25 @@
 """Acceptance tests of the engine playing at the console with its real search and clock: mates
 found and played to the end of the game, stalemate valued at the contempt, the hash tables, a
 40-move game under the clock, searches that never stop by themselves, draw offers, resignation,
-hints and the status line, and the node count of the bench tool.
+hints and the status line, time and depth limits, quitting and commands typed during a search, and
+the node count of the bench tool.
 
 Usage: test_search_play.py BUILD_DIR
 """
-import os
 import re
 import subprocess
-import sys
 import time
 
-import engine_session
-from engine_session import ConsoleSession, expect, expect_equal
+from engine_session import InteractiveSession, expect, expect_equal, run_tests, tool_path
 
 PLAYED = r"Brask played: (\S+)\n"
 THINKING_LINE = re.compile(r"Depth: (\d+)\. ([^\n(]*)\(([^)]*)\)\n")
 STATUS = re.compile(r"stat01: (\d+) (\d+) (\d+) (\d+) (\d+)")
+
+
+def console():
+    # Whole games are played in one session: no overall deadline beyond each wait's own.
+    return InteractiveSession(timeout=600)
 
 
 def last_thinking_line(text):
@@ -30,7 +33,7 @@ def last_thinking_line(text):
 
 def engine_move(session, start, timeout=30):
     """The engine's next move after `start`, with the line and score it played it on."""
-    match = session.wait_for(PLAYED, timeout, start)
+    match = session.wait_for_text(PLAYED, timeout, start)
     line, score = last_thinking_line(session.output()[start:match.start()])
     expect_equal(line[0], match.group(1), "the move played is the head of the last line")
     return match.group(1), line, score
@@ -56,7 +59,7 @@ def play_out(session, setup, max_moves):
 
 
 def test_mate_in_two_is_announced_and_played():
-    with ConsoleSession() as engine:
+    with console() as engine:
         moves, output = play_out(engine, ["setboard 7k/8/8/8/8/8/R7/1R4K1 w - - 0 1", "st 2"], 4)
         expect_equal([score for _, score in moves], ["#2", "#1"], "scores of the mating moves")
         expect(moves[-1][0].endswith("#"), f"last move {moves[-1][0]} is no mate")
@@ -65,23 +68,23 @@ def test_mate_in_two_is_announced_and_played():
 
 def test_mate_in_three_for_black_is_announced_and_played():
     fen = "r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1"
-    with ConsoleSession() as engine:
+    with console() as engine:
         moves, output = play_out(engine, ["setboard " + fen, "st 2"], 5)
         expect_equal([score for _, score in moves], ["#3", "#2", "#1"], "scores of the mating moves")
         expect("game over: 0-1 (Black mates)\n" in output, f"no end of game: {output[-300:]!r}")
 
 
 def test_being_mated_shows_the_distance_and_the_engine_resigns():
-    with ConsoleSession() as engine:
+    with console() as engine:
         engine.send("force", "setboard 7k/8/8/8/8/8/R7/1R4K1 b - - 0 1", "st 2", "go")
         move, _, score = engine_move(engine, 0)
         expect_equal(score, "-#3", f"score of {move}")
-        engine.wait_for(r"Congratulations! Brask resigns.\n(?:.*\n)*?game over: 1-0 \(Black "
-                        r"resigns\)\n", 2)
+        engine.wait_for_text(r"Congratulations! Brask resigns.\n(?:.*\n)*?game over: 1-0 \(Black "
+                             r"resigns\)\n", 2)
 
 
 def test_hopeless_position_is_resigned_after_some_moves_not_at_once():
-    with ConsoleSession() as engine:
+    with console() as engine:
         moves, output = play_out(engine, ["setboard 3qk2r/8/8/8/8/8/8/R3K3 w - - 0 1", "sd 5"], 8)
         expect(len(moves) >= 2, f"resigned at once: {moves}")
         expect(output.count("Congratulations! Brask resigns.\n") == 1, "no single resignation")
@@ -91,7 +94,7 @@ def test_hopeless_position_is_resigned_after_some_moves_not_at_once():
 
 
 def test_a_single_legal_move_is_played():
-    with ConsoleSession() as engine:
+    with console() as engine:
         engine.send("force", "setboard k7/8/8/8/8/8/1r6/K6r w - - 0 1", "st 1", "go")
         started = time.monotonic()
         move, _, _ = engine_move(engine, 0, timeout=10)
@@ -103,13 +106,13 @@ def test_stalemate_is_worth_the_contempt():
     # Black is a rook down; giving the queen away stalemates its own king.
     fen = "k7/p7/P7/4Q3/6q1/4R3/8/7K b - - 0 1"
     for contempt in ("-30", "20"):
-        with ConsoleSession() as engine:
+        with console() as engine:
             engine.send("force", "setboard " + fen, "contempt " + contempt, "st 2", "go")
             move, _, score = engine_move(engine, 0)
             expect_equal((move, score), ("Qg2+", contempt), "the stalemating move and its score")
             mark = engine.mark()
             engine.send("Kxg2")
-            engine.wait_for(r"game over: 1/2-1/2 \(Stalemate\)\n", 5, mark)
+            engine.wait_for_text(r"game over: 1/2-1/2 \(Stalemate\)\n", 5, mark)
 
 
 HASH_TABLE = re.compile(r"(transposition table|pawn hashtable|evaluation hashtable): "
@@ -119,7 +122,7 @@ HASH_TABLE = re.compile(r"(transposition table|pawn hashtable|evaluation hashtab
 
 def hash_report(session, start):
     session.send("hash")
-    session.wait_for(r"evaluation hashtable:[^%]*%\n", 5, start)
+    session.wait_for_text(r"evaluation hashtable:[^%]*%\n", 5, start)
     tables = HASH_TABLE.findall(session.output(start))
     expect_equal([table[0] for table in tables[-3:]],
                  ["transposition table", "pawn hashtable", "evaluation hashtable"], "tables")
@@ -128,7 +131,7 @@ def hash_report(session, start):
 
 
 def test_hash_sizes_resizing_and_filling():
-    with ConsoleSession() as engine:
+    with console() as engine:
         report = hash_report(engine, 0)
         expect_equal(report["transposition table"], ("24.00 megabyte", 1048576, 1048576, 0),
                      "transposition table at start")
@@ -137,7 +140,7 @@ def test_hash_sizes_resizing_and_filling():
 
         mark = engine.mark()
         engine.send("hash trans 64M")
-        engine.wait_for(r"Error \(must be in force mode\): hash trans 64M\n", 5, mark)
+        engine.wait_for_text(r"Error \(must be in force mode\): hash trans 64M\n", 5, mark)
         engine.send("force", "hash trans 64M")
         resized = hash_report(engine, engine.mark())
         expect_equal(resized["transposition table"], ("48.00 megabyte", 2097152, 2097152, 0),
@@ -145,7 +148,7 @@ def test_hash_sizes_resizing_and_filling():
 
         mark = engine.mark()
         engine.send("sd 6", "go")
-        engine.wait_for(PLAYED, 30, mark)
+        engine.wait_for_text(PLAYED, 30, mark)
         filled = hash_report(engine, engine.mark())
         for name, (size, total, free, percent) in filled.items():
             expect(free < total, f"{name} unused by a search")
@@ -170,7 +173,7 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
     The hard limit of each search is taken from the log: with m moves to the time control it is
     at least the clock divided by m, and with 40 moves ahead it is exactly that, so the limit of
     move 41 tells what was left of the first minute."""
-    with ConsoleSession() as engine:
+    with console() as engine:
         # A draw is worth less than a pawn to both sides, so the game isn't repeated to its end.
         engine.send("force", "contempt -50", f"level 40 {LEVEL_SECONDS // 60} 0")
         wall = []
@@ -178,7 +181,7 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
             mark = engine.mark()
             started = time.monotonic()
             engine.send("go")
-            engine.wait_for(PLAYED, 30, mark)
+            engine.wait_for_text(PLAYED, 30, mark)
             wall.append(time.monotonic() - started)
             expect(not engine.poll_for("game over", 0.05, mark),
                    f"the game ended at ply {ply + 1}: {engine.output(mark)[-300:]!r}")
@@ -186,8 +189,11 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
     limits = [int(limit) for limit, _ in SEARCH_LIMITS.findall(engine.log)]
     times = [float(seconds) for seconds in SEARCH_TIME.findall(engine.log)]
     expect_equal((len(limits), len(times)), (2 * GAME_MOVES, 2 * GAME_MOVES), "searches logged")
+    # The search finds the clock by counting nodes, and aims its polls at the hard limit by the
+    # node rate it has measured; on a busy machine the rate drops between two polls, which are at
+    # most an eighth of a second apart, so that much may be spent past the limit.
     for ply, (limit, seconds) in enumerate(zip(limits, times)):
-        expect(seconds * 1000 <= limit + 60,
+        expect(seconds * 1000 <= limit + 125,
                f"ply {ply + 1} searched {seconds} s with a hard limit of {limit} ms")
     for side, name in ((0, "White"), (1, "Black")):
         used = sum(wall[side:80:2])
@@ -201,95 +207,96 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
 
 
 def test_analyze_never_stops_by_itself():
-    with ConsoleSession() as engine:
+    with console() as engine:
         # Limits that would end a normal search long before.
         engine.send("st 1", "sd 3", "level 40 0:10 0", "analyze")
         time.sleep(5)
         mark = engine.mark()
         engine.send(".")
-        status = STATUS.search(engine.wait_for(STATUS.pattern, 3, mark).group(0))
+        status = STATUS.search(engine.wait_for_text(STATUS.pattern, 3, mark).group(0))
         expect(int(status.group(1)) >= 450, f"status after 5 s: {status.group(0)}")
         expect(int(status.group(3)) > 3, f"analysis stopped at depth {status.group(3)}")
         expect("Brask played" not in engine.output(), "analysis played a move")
         mark = engine.mark()
         engine.send("exit")
-        engine.wait_for(r"time: [\d.]+ sec", 3, mark)
+        engine.wait_for_text(r"time: [\d.]+ sec", 3, mark)
         engine.send("e4")
-        engine.wait_for(r"Black 1> ", 3, mark)
+        engine.wait_for_text(r"Black 1> ", 3, mark)
         time.sleep(1.5)
         expect("Brask played" not in engine.output(), "a move after the analysis")
 
 
 def test_pondering_goes_on_until_the_user_moves():
-    with ConsoleSession() as engine:
+    with console() as engine:
         engine.send("st 1", "hard", "e4")
-        move = engine.wait_for(PLAYED, 10)
+        move = engine.wait_for_text(PLAYED, 10)
         time.sleep(4)
         mark = engine.mark()
         engine.send(".")
-        status = STATUS.search(engine.wait_for(STATUS.pattern, 3, mark).group(0))
+        status = STATUS.search(engine.wait_for_text(STATUS.pattern, 3, mark).group(0))
         expect(int(status.group(1)) >= 350, f"pondering stopped: {status.group(0)}")
         expect(engine.output().count("Brask played") == 1, "a move was played while pondering")
         mark = engine.mark()
         engine.send("d4")
         started = time.monotonic()
-        engine.wait_for(PLAYED, 5, mark)
+        engine.wait_for_text(PLAYED, 5, mark)
         expect(time.monotonic() - started < 3, "the answer to the user's move took too long")
     expect("type=pondering" in engine.log, f"no pondering search after {move.group(1)}")
 
 
 def test_draw_offers_on_the_console():
     # Rook against rook, where every search comes out at exactly the draw score.
-    with ConsoleSession() as engine:
+    with console() as engine:
         engine.send("force", "setboard 4k3/8/r7/8/8/8/7R/4K3 b - - 0 1", "sd 6", "playother")
         mark = engine.mark()
         engine.send("draw", "Ke7")
-        engine.wait_for(r"Brask is thinking about the draw offer and will decide after the next "
-                        r"move.\n", 5, mark)
-        engine.wait_for(r"Brask rejects the draw offer and wants to play on.\n", 20, mark)
+        engine.wait_for_text(r"Brask is thinking about the draw offer and will decide after the "
+                             r"next move.\n", 5, mark)
+        engine.wait_for_text(r"Brask rejects the draw offer and wants to play on.\n", 20, mark)
         _, line, score = engine_move(engine, mark)
         expect_equal(score, "0", "score of a dead-equal position")
         expect(len(line) >= 2, "no reply to play")
 
         mark = engine.mark()
         engine.send("draw", line[1])
-        engine.wait_for(r"Brask accepts draw offer\n", 20, mark)
-        engine.wait_for(r"game over: 1/2-1/2 \(", 5, mark)
+        engine.wait_for_text(r"Brask accepts draw offer\n", 20, mark)
+        engine.wait_for_text(r"game over: 1/2-1/2 \(", 5, mark)
         expect("Brask played" not in engine.output(mark), "a move after accepting the draw")
 
 
 def test_hint_move_now_and_status_during_a_search():
-    with ConsoleSession() as engine:
+    with console() as engine:
         engine.send("st 2", "e4")
-        engine.wait_for(PLAYED, 10)
+        engine.wait_for_text(PLAYED, 10)
         mark = engine.mark()
         engine.send("hint")
-        hint = engine.wait_for(r"Brask suggests (\S+)\n", 10, mark).group(1)
+        hint = engine.wait_for_text(r"Brask suggests (\S+)\n", 10, mark).group(1)
         mark = engine.mark()
         engine.send(hint)
-        engine.wait_for(PLAYED, 10, mark)
+        engine.wait_for_text(PLAYED, 10, mark)
         expect(re.search(r"Illegal|Error", engine.output(mark)) is None,
                f"the hint {hint} was not a legal move: {engine.output(mark)[-300:]!r}")
 
-        # An hour on the clock: the search is surely still running when "." arrives.
-        engine.send("st 0", "level 0 60 0")
+        # An hour on the clock: the search is surely still running when "." arrives. A new game,
+        # so that the move sent is legal whatever the engine played before.
+        engine.send("st 0", "level 0 60 0", "new")
         mark = engine.mark()
         engine.send("d4")
         time.sleep(1.5)
         engine.send(".")
-        status = STATUS.search(engine.wait_for(STATUS.pattern, 3, mark).group(0))
+        status = STATUS.search(engine.wait_for_text(STATUS.pattern, 3, mark).group(0))
         centiseconds, nodes, depth, left, total = (int(value) for value in status.groups()[:5])
         expect(centiseconds >= 100 and nodes > 0 and depth >= 1 and 0 <= left < total,
                f"status {status.group(0)}")
         mark = engine.mark()
         started = time.monotonic()
         engine.send("?")
-        engine.wait_for(PLAYED, 2, mark)
+        engine.wait_for_text(PLAYED, 2, mark)
         expect(time.monotonic() - started < 1, "? did not move at once")
 
 
 def test_bench_counts_the_same_nodes_on_every_run():
-    bench = os.path.join(os.path.abspath(sys.argv[1]), "brask-bench")
+    bench = tool_path("brask-bench")
     totals = []
     for _ in range(2):
         completed = subprocess.run([bench, "4"], capture_output=True, text=True, timeout=120)
@@ -301,6 +308,36 @@ def test_bench_counts_the_same_nodes_on_every_run():
     expect_equal(totals[1], totals[0], "total nodes of the second run")
 
 
+def test_time_and_depth_limits():
+    with console() as engine:
+        engine.send("st 1")
+        started = time.monotonic()
+        engine.send("e4")
+        engine.wait_for_text(PLAYED, 10)
+        expect(0.8 <= time.monotonic() - started <= 3.0, "st 1 took the wrong time")
+        mark = engine.mark()
+        engine.send("sd 3", "st 100", "go")
+        engine.wait_for_text(PLAYED, 30, mark)
+        depths = {int(depth) for depth in re.findall(r"Depth: (\d+)\.", engine.output(mark))}
+        expect_equal(max(depths), 3, "the last iteration with sd 3")
+
+
+def test_commands_during_a_search_run_in_order_and_quit_ends_it():
+    with console() as engine:
+        engine.send("st 100", "go")
+        time.sleep(0.5)
+        mark = engine.mark()
+        engine.send("frobnicate1", "frobnicate2")
+        engine.wait_for_text("frobnicate2", 2, mark)
+        time.sleep(0.5)
+        expect("Brask played" not in engine.output(), "a wrong command ended the search")
+        later = engine.output(mark)
+        expect(0 <= later.find("frobnicate1") < later.find("frobnicate2"), f"order: {later!r}")
+        started = time.monotonic()
+        expect_equal(engine.quit(timeout=5), 0, "exit status of quit during a search")
+        expect(time.monotonic() - started < 1.0, "quit waited for the search")
+        expect("Brask played" not in engine.output(), "a move was played after quit")
+
+
 if __name__ == "__main__":
-    engine_session.run_tests([value for name, value in list(globals().items())
-                              if name.startswith("test_")])
+    run_tests(globals())

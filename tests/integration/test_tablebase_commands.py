@@ -82,5 +82,4 @@ def test_tablebases_as_a_startup_option():
 
 
 if __name__ == "__main__":
-    run_tests([test_probes_read_the_generated_tables, test_bad_arguments_and_paths,
-               test_broken_file_is_left_out, test_tablebases_as_a_startup_option])
+    run_tests(globals())

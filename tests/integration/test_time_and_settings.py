@@ -87,7 +87,10 @@ def test_settings_written_read_back_and_changed():
 def test_settings_errors_change_nothing():
     result = run(["force", "write_settings s.txt", "modify_settings enable_ettc=yes",
                   "modify_settings enable_ettc=true;no_such=1", "modify_settings enable_ettc",
-                  "modify_settings root_distance_multiplier=0", "read_settings missing.txt",
+                  "modify_settings root_distance_multiplier=0",
+                  "modify_settings enable_ettc=true;capture_move_sorting_bonus=1 2",
+                  "modify_settings enable_ettc=true;min_ply_for_null_move=\"5",
+                  "read_settings missing.txt",
                   "write_settings no/dir/s.txt", "display_settings no_such", "new",
                   "read_settings s.txt", "display_settings enable_ettc root_distance_multiplier"])
     expect_equal(result.answers(), [
@@ -97,6 +100,10 @@ def test_settings_errors_change_nothing():
         "Error (seperator missing (';')): modify_settings enable_ettc",
         "Error (could not parse new value: value out of bounds): "
         "modify_settings root_distance_multiplier=0",
+        "Error (could not parse new value: invalid size): "
+        "modify_settings enable_ettc=true;capture_move_sorting_bonus=1 2",
+        "Error (could not tokenize the input string): "
+        "modify_settings enable_ettc=true;min_ply_for_null_move=\"5",
         "Error (could not open file: missing.txt): read_settings missing.txt",
         "Error (could not write search settings file could not open file: no/dir/s.txt): "
         "write_settings no/dir/s.txt",
@@ -140,8 +147,4 @@ def test_settings_files_with_missing_misspelled_and_bad_lines():
 
 
 if __name__ == "__main__":
-    run_tests([test_time_and_otim_set_the_engines_and_the_opponents_clock,
-               test_moves_in_force_mode_are_booked_on_the_clocks,
-               test_level_and_tc_reset_the_clocks_they_set, test_st_and_sd_limits,
-               test_settings_written_read_back_and_changed, test_settings_errors_change_nothing,
-               test_settings_files_with_missing_misspelled_and_bad_lines])
+    run_tests(globals())

@@ -69,8 +69,4 @@ def test_game_end_by_a_move_under_xboard():
 
 
 if __name__ == "__main__":
-    run_tests([test_protover_2_sends_the_features_in_order,
-               test_other_protocol_versions_are_noted_in_the_log,
-               test_xboard_answers_without_prompts_or_sentences,
-               test_console_and_fritz_switch_back_and_forth,
-               test_game_end_by_a_move_under_xboard])
+    run_tests(globals())

@@ -1,13 +1,16 @@
 #!/usr/bin/env python3
-"""One short game of Brask against Fairy-Max under the real xboard GUI, headless.
+"""Brask against Brask under the real xboard GUI, headless: one process as the first engine, one
+as the second, so both roles are played and no other program's faults can fail the test. Two
+games, so that each process plays both colours.
 
-The game must end normally: mate, a draw rule or resignation, with no illegal move, no loss on
-time and no engine that dies. Usage: test_xboard_gui.py BUILD_DIR [GAMES] [TIME] [INCREMENT]
-(more games and other clocks make it the match benchmark). With BRASK_MATCH_DIR set, the games,
-xboard's debug file and the engines' logs are kept in that directory.
+Every game must end normally (mate, a draw rule or resignation) with no illegal move, no loss on
+time, no false claim and no engine that dies. Usage: test_xboard_gui.py BUILD_DIR [GAMES] [TIME]
+[INCREMENT] (more games and other clocks make it a self-play match). With BRASK_MATCH_DIR set,
+the games, xboard's debug file and the engines' logs are kept in that directory.
 """
 import os
 import re
+import select
 import shutil
 import signal
 import subprocess
@@ -16,43 +19,66 @@ import tempfile
 import time
 
 XBOARD = "/usr/games/xboard"
-FAIRYMAX = "/usr/games/fairymax"
 NORMAL_ENDINGS = re.compile(r"mates|checkmate|stalemate|resigns|repetition|50|fifty|fifthy|"
                             r"insufficient|material|agree", re.IGNORECASE)
-ABNORMAL = re.compile(r"illegal move|on time|time forfeit|disconnect|exited|crash|"
-                      r"unexpectedly|died|false illegal", re.IGNORECASE)
+ABNORMAL = re.compile(r"illegal|on time|forfeit|disconnect|exited|crash|unexpectedly|died|"
+                      r"false|error", re.IGNORECASE)
+# What xboard's debug file shows when an engine refuses a move or a command, or goes away.
+ENGINE_FAULTS = re.compile(r"<(?:first|second)\s*: (?:Illegal move|Error)|"
+                           r"Error writing to|exited unexpectedly|killed by signal", re.IGNORECASE)
 
 
-def play_match(build, directory, games, minutes_seconds, increment):
-    pgn = os.path.join(directory, "games.pgn")
-    debug = os.path.join(directory, "xboard.debug")
+def read_until(process, marker, deadline):
+    """xboard's output up to the line holding `marker`, or up to the deadline if it never comes:
+    a silent xboard can't hold the test past it."""
+    output = b""
+    while time.monotonic() < deadline:
+        ready, _, _ = select.select([process.stdout], [], [], max(0, deadline - time.monotonic()))
+        if not ready:
+            break
+        chunk = os.read(process.stdout.fileno(), 4096)
+        if not chunk:
+            break
+        output += chunk
+        if marker in output:
+            break
+    return output.decode(errors="replace")
+
+
+def play_match(build, directory, games, clock, increment):
+    pgn, debug = os.path.join(directory, "games.pgn"), os.path.join(directory, "xboard.debug")
+    engines = []
+    for role in ("first", "second"):
+        engines.append(os.path.join(directory, role))
+        os.makedirs(engines[-1], exist_ok=True)
+    brask = os.path.join(build, "brask")
     command = ["xvfb-run", "-a", XBOARD, "-noGUI",
-               "-fcp", os.path.join(build, "brask"), "-fd", directory,
-               "-scp", FAIRYMAX, "-sd", directory,
-               "-matchGames", str(games), "-tc", minutes_seconds, "-inc", increment,
+               "-fcp", brask, "-fd", engines[0], "-scp", brask, "-sd", engines[1],
+               "-matchGames", str(games), "-tc", clock, "-inc", increment,
                "-saveGameFile", pgn, "-debug", "-nameOfDebugFile", debug]
     process = subprocess.Popen(command, cwd=directory, stdout=subprocess.PIPE,
                                stderr=subprocess.STDOUT, start_new_session=True)
-    # xboard stays up after the match: wait for its final score line, then end it.
-    deadline = time.time() + 240 * games
-    output = b""
     try:
-        while time.time() < deadline:
-            line = process.stdout.readline()
-            if not line:
-                break
-            output += line
-            if b"final score" in line:
-                break
+        # xboard stays up after the match: wait for its final score line, then end it.
+        output = read_until(process, b"final score", time.monotonic() + 60 + 120 * games)
     finally:
         time.sleep(0.5)
-        os.killpg(process.pid, signal.SIGTERM)
-        process.wait(timeout=30)
-    with open(pgn, encoding="utf-8", errors="replace") as file:
-        games_text = file.read()
-    with open(debug, encoding="utf-8", errors="replace") as file:
-        debug_text = file.read()
-    return output.decode(errors="replace"), games_text, debug_text
+        # xboard ends on SIGTERM; the engines ignore it under xboard, so what is left of the
+        # group goes by SIGKILL.
+        for stop, grace in ((signal.SIGTERM, 10), (signal.SIGKILL, None)):
+            try:
+                os.killpg(process.pid, stop)
+                process.wait(timeout=grace)
+            except (ProcessLookupError, subprocess.TimeoutExpired):
+                pass
+    return output, read_text(pgn), read_text(debug)
+
+
+def read_text(path):
+    if not os.path.exists(path):
+        return ""
+    with open(path, encoding="utf-8", errors="replace") as file:
+        return file.read()
 
 
 def game_endings(games_text):
@@ -67,45 +93,45 @@ def game_endings(games_text):
     return endings
 
 
+def judge(games, output, games_text, debug_text):
+    """The failures of the match: games missing or ended abnormally, faults the GUI saw."""
+    endings = game_endings(games_text)
+    print(f"games {len(endings)}: " + ", ".join(f"{result} {{{comment}}}"
+                                                 for result, comment in endings))
+    failures = []
+    if len(endings) != games:
+        failures.append(f"{len(endings)} of {games} games saved")
+    abnormal = [ending for ending in endings if ending[0] not in ("1-0", "0-1", "1/2-1/2")
+                or not NORMAL_ENDINGS.search(ending[1]) or ABNORMAL.search(ending[1])]
+    if abnormal:
+        failures.append(f"abnormal endings: {abnormal}")
+    faults = [line for line in (debug_text + output).splitlines() if ENGINE_FAULTS.search(line)]
+    if faults:
+        failures.append(f"engine faults seen by xboard: {faults[:5]}")
+    return failures
+
+
 def main():
     build = os.path.abspath(sys.argv[1])
-    games = int(sys.argv[2]) if len(sys.argv) > 2 else 1
+    games = int(sys.argv[2]) if len(sys.argv) > 2 else 2
     clock = sys.argv[3] if len(sys.argv) > 3 else "0:10"
     increment = sys.argv[4] if len(sys.argv) > 4 else "0.1"
-    for program in (XBOARD, FAIRYMAX, shutil.which("xvfb-run")):
-        if not program or not os.path.exists(program):
-            print(f"FAIL missing {program or 'xvfb-run'}: scripts/test installs xboard, xvfb "
-                  "and fairymax")
-            return 1
+    if not os.path.exists(XBOARD) or not shutil.which("xvfb-run"):
+        print("FAIL xboard or xvfb-run missing: scripts/test installs xboard and xvfb")
+        return 1
     kept = os.environ.get("BRASK_MATCH_DIR")
-    if kept:
-        os.makedirs(kept, exist_ok=True)
     with tempfile.TemporaryDirectory() as scratch:
         directory = os.path.abspath(kept) if kept else scratch
+        os.makedirs(directory, exist_ok=True)
+        started = time.monotonic()
         output, games_text, debug_text = play_match(build, directory, games, clock, increment)
-        endings = game_endings(games_text)
-        abnormal = [ending for ending in endings
-                    if ending[0] == "*" or not NORMAL_ENDINGS.search(ending[1])
-                    or ABNORMAL.search(ending[1])]
-        brask_lines = [line for line in debug_text.splitlines()
-                       if re.match(r"\d+ <first : (Illegal move|Error)", line)]
-        score = re.search(r"final score (\S+)", output)
-        print(f"games {len(endings)}, final score (Brask first) "
-              f"{score.group(1) if score else '?'}, abnormal {len(abnormal)}")
-        for ending in endings:
-            print(f"  {ending[0]} {{{ending[1]}}}")
-        failures = []
-        if len(endings) != games:
-            failures.append(f"{len(endings)} of {games} games saved")
-        if abnormal:
-            failures.append(f"abnormal endings: {abnormal}")
-        if brask_lines:
-            failures.append(f"Brask refused what xboard sent: {brask_lines[:5]}")
+        failures = judge(games, output, games_text, debug_text)
+        print(f"match of {games} game(s) in {time.monotonic() - started:.1f} s")
         if failures:
-            print("FAIL " + "; ".join(failures))
-            print(output[-2000:])
+            print("FAIL " + "; ".join(failures) + "\n" + output[-2000:])
+            print("0 passed, 1 failed")
             return 1
-        print("ok   the games ended normally")
+        print("ok   the games ended normally\n1 passed, 0 failed")
         return 0
 
 

@@ -149,20 +149,6 @@ def test_analyze_runs_until_exit_and_makes_no_move():
     expect("type=analyze" in engine.log, "an analyze search in the log")
 
 
-def test_analyze_after_the_end_of_the_game_waits_for_exit():
-    with xboard() as engine:
-        engine.send("post", "force", f"setboard {MATED_IN_1}", "Kb8", "Rh8", "analyze")
-        time.sleep(0.5)
-        engine.send(".")
-        expect_equal(synchronize(engine), ["stat01: 0 0 0 0 0"], "no search on a finished game")
-        engine.send("exit")
-        expect_equal(synchronize(engine, "exit"), [], "exit is silent")
-        engine.send("undo", "Rh7")
-        expect_equal(synchronize(engine, "force"), [], "force mode after exit: no answer")
-    expect("Entering analyze compatibility mode" in log_only_reports(engine.log),
-           "the waiting loop noted in the log")
-
-
 def test_analysis_follows_moves_to_the_end_of_the_game_and_back():
     with xboard() as engine:
         engine.send("post", "force", f"setboard {MATED_IN_1}", "analyze")
@@ -172,6 +158,9 @@ def test_analysis_follows_moves_to_the_end_of_the_game_and_back():
         engine.wait_for(r"^79 32766 \d+ \d+ Rh8# $", 10, "analysis after Kb8")
         engine.send("Rh8")
         expect_equal(synchronize(engine), [], "the mate is silent in analyze mode")
+        engine.send(".")
+        expect_equal(synchronize(engine, "status"), ["stat01: 0 0 0 0 0"],
+                     "no search on a finished game")
         engine.send("undo")
         engine.wait_for(r"^1 32766 \d+ \d+ Rh8# $", 5, "analysis again after undo")
         engine.send("exit")
@@ -321,20 +310,4 @@ def test_name_rating_and_computer_shape_the_players():
 
 
 if __name__ == "__main__":
-    run_tests([test_user_moves_in_both_forms_are_answered_in_san,
-               test_status_during_a_search_and_without_one,
-               test_thinking_lines_with_post_and_nopost,
-               test_mate_scores_are_plain_integers,
-               test_result_ends_the_game_silently,
-               test_analyze_runs_until_exit_and_makes_no_move,
-               test_analyze_after_the_end_of_the_game_waits_for_exit,
-               test_analysis_follows_moves_to_the_end_of_the_game_and_back,
-               test_hint_searches_briefly_and_is_silent_without_a_move,
-               test_playother_gives_the_engine_the_side_not_on_move,
-               test_ponder_hit_answers_quickly,
-               test_ponder_miss_starts_a_new_search,
-               test_pondering_gives_way_to_easy_go_and_playother,
-               test_time_and_otim_set_the_clocks,
-               test_draw_offers_are_answered_after_the_next_search,
-               test_the_engine_offers_a_draw_in_a_dead_level_ending,
-               test_name_rating_and_computer_shape_the_players])
+    run_tests(globals())

@@ -4,12 +4,6 @@
 
 #include "search/hash.h"
 
-TEST(HashReport, SizesInWords) {
-  EXPECT_EQ(SizeInWords(384), "384 byte");
-  EXPECT_EQ(SizeInWords(std::uint64_t{24} << 20), "24.00 megabyte");
-  EXPECT_EQ(SizeInWords(3670016), "3.50 megabyte");
-}
-
 TEST(HashReport, DetailedStatusWithTheHundredthsWithoutLeadingZero) {
   TranspositionTable table;  // 512 slots
   EXPECT_EQ(TableStatusText("transposition table", table, true),
@@ -26,18 +20,6 @@ TEST(HashReport, DetailedStatusWithTheHundredthsWithoutLeadingZero) {
             "fill percentage: 5.7%\n\n");
   EXPECT_EQ(TableStatusText("pawn hashtable", PawnHashTable(), false),
             "pawn hashtable: 7.00 kilobyte\n");
-}
-
-TEST(HashReport, TheThreeTablesInOrder) {
-  const std::string text = HashtableStatusText(false);
-  const auto transposition = text.find("transposition table: ");
-  const auto pawn = text.find("\npawn hashtable: ");
-  const auto evaluation = text.find("\nevaluation hashtable: ");
-  EXPECT_EQ(transposition, 0u);
-  EXPECT_LT(transposition, pawn);
-  EXPECT_LT(pawn, evaluation);
-  EXPECT_NE(pawn, std::string::npos);
-  EXPECT_NE(evaluation, std::string::npos);
 }
 
 TEST(HashReport, NewSearchRestartsTheCountersOfAllThree) {

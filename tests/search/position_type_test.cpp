@@ -45,7 +45,7 @@ TEST(ClassifyPosition, TheMaterialWeightSeparatesManyPiecesFromEndings) {
   EXPECT_EQ(TypeOf("r2q2k1/ppp2ppp/2n1b3/8/8/2N1B3/PPP2PPP/R2Q2K1 w - - 0 1"), MIDDLEGAME);
 }
 
-TEST(ClassifyPosition, EndingsByTheirPieces) {
+TEST(ClassifyPosition, EndingsByTheirPiecesWithoutPawnsOrWithoutHope) {
   const struct {
     const char* fen;
     int type;
@@ -67,29 +67,20 @@ TEST(ClassifyPosition, EndingsByTheirPieces) {
       {"8/4q3/4k3/4p3/4P3/4K3/4Q3/8 w - - 0 1", ENDGAME_QUEENS},
       {"8/4b3/4k3/4p3/4P3/4K3/4NN2/8 w - - 0 1", ENDGAME_OTHER},
       {"8/2n1b3/4k3/4p3/4P3/4K3/3RN3/8 w - - 0 1", ENDGAME_OTHER},
+      {"8/8/4k3/8/8/4K3/8/8 w - - 0 1", ENDGAME_NO_PAWNS_LEFT},
+      {"8/8/4k3/8/8/4K3/4RR2/8 w - - 0 1", ENDGAME_NO_PAWNS_LEFT},
+      // Rook against pawn; a pawn more for the rook makes it another ending; rook and pawn
+      // against the bare king has no hope for the side without pawns.
+      {"8/8/4k3/4p3/1P6/4K3/4R3/8 w - - 0 1", ENDGAME_OTHER},
+      {"8/8/4k3/8/1P6/4K3/4R3/8 w - - 0 1", ENDGAME_NO_PAWNS_LEFT},
+      {"8/4r3/4k3/8/8/4K3/4P3/8 w - - 0 1", ENDGAME_ROOK_PAWNS},
+      // Without pawns, 5 points behind is hopeless, 3 points is not.
+      {"8/4n3/4k3/8/1P6/4K3/4RR2/8 w - - 0 1", ENDGAME_NO_PAWNS_LEFT},
+      {"8/4r3/4k3/8/1P6/4K3/4RR2/8 w - - 0 1", ENDGAME_NO_PAWNS_LEFT},
+      {"8/4r3/4k3/8/1P6/4K3/4RN2/8 w - - 0 1", ENDGAME_OTHER},
+      {"8/4rr2/4k3/4p3/8/4K3/4N3/8 w - - 0 1", ENDGAME_NO_PAWNS_LEFT},
+      // The side behind has a pawn: the side ahead without pawns changes nothing.
+      {"8/8/4k3/4p3/8/4K3/1N2RR2/8 w - - 0 1", ENDGAME_OTHER},
   };
   for (const auto& c : cases) EXPECT_EQ(TypeOf(c.fen), c.type) << c.fen;
-}
-
-TEST(ClassifyPosition, EndingsWithoutPawnsOrWithoutHope) {
-  EXPECT_EQ(TypeOf("8/8/4k3/8/8/4K3/8/8 w - - 0 1"), ENDGAME_NO_PAWNS_LEFT);
-  EXPECT_EQ(TypeOf("8/8/4k3/8/8/4K3/4RR2/8 w - - 0 1"), ENDGAME_NO_PAWNS_LEFT);
-  // Rook against pawn; a pawn more for the rook makes it another ending; rook and pawn against
-  // the bare king has no hope for the side without pawns.
-  EXPECT_EQ(TypeOf("8/8/4k3/4p3/8/4K3/4R3/8 w - - 0 1"), ENDGAME_ROOK_PAWNS);
-  EXPECT_EQ(TypeOf("8/8/4k3/4p3/1P6/4K3/4R3/8 w - - 0 1"), ENDGAME_OTHER);
-  EXPECT_EQ(TypeOf("8/8/4k3/8/1P6/4K3/4R3/8 w - - 0 1"), ENDGAME_NO_PAWNS_LEFT);
-  EXPECT_EQ(TypeOf("8/4r3/4k3/8/8/4K3/4P3/8 w - - 0 1"), ENDGAME_ROOK_PAWNS);
-  // Without pawns, 5 points behind is hopeless, 3 points is not.
-  EXPECT_EQ(TypeOf("8/4n3/4k3/8/1P6/4K3/4RR2/8 w - - 0 1"), ENDGAME_NO_PAWNS_LEFT);
-  EXPECT_EQ(TypeOf("8/4r3/4k3/8/1P6/4K3/4RR2/8 w - - 0 1"), ENDGAME_NO_PAWNS_LEFT);
-  EXPECT_EQ(TypeOf("8/4r3/4k3/8/1P6/4K3/4RN2/8 w - - 0 1"), ENDGAME_OTHER);
-  EXPECT_EQ(TypeOf("8/4rr2/4k3/4p3/8/4K3/4N3/8 w - - 0 1"), ENDGAME_NO_PAWNS_LEFT);
-  // The side behind has a pawn: the side ahead without pawns changes nothing.
-  EXPECT_EQ(TypeOf("8/8/4k3/4p3/8/4K3/1N2RR2/8 w - - 0 1"), ENDGAME_OTHER);
-}
-
-TEST(ClassifyPosition, TheSimpleEndgamesMask) {
-  for (int type = 0; type < POSITION_TYPE_COUNT; ++type)
-    EXPECT_EQ(IsSimpleEndgame(type), type >= 3 && type <= 16) << type;
 }

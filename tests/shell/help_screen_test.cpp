@@ -10,8 +10,6 @@
 
 #include "shell/help_lists.h"
 #include "shell/help_screens.h"
-#include "shell/tee_stream.h"
-#include "support/temporary_directory.h"
 #include "support/terminal_capture.h"
 
 namespace BraskHelpScreen {
@@ -23,8 +21,6 @@ constexpr const char* KEY = "<enter>\n";
 
 class HelpScreenTest : public ::testing::Test {
  protected:
-  ~HelpScreenTest() override { Output.CloseLog(); }
-
   std::string Show(const std::vector<HelpEntry>& entries, HelpPage page) {
     SimpleHelpScreenFormatter formatter(
         entries, [page] { return page; },
@@ -36,14 +32,7 @@ class HelpScreenTest : public ::testing::Test {
     return terminal_.Text();
   }
 
-  std::string LogAfterBanner() const {
-    const std::string text = ReadWholeFile(log_name_);
-    return text.substr(text.find("\n\n") + 2);
-  }
-
   int waits_ = 0;
-  TemporaryDirectory directory_;
-  std::string log_name_ = directory_.File("logfile.000");
   TerminalCapture terminal_;
 };
 
@@ -52,13 +41,6 @@ std::vector<std::string> Lines(const std::string& text) {
   std::istringstream stream(text);
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
-}
-
-std::string LineStartingWith(const std::string& text, const std::string& start) {
-  for (const std::string& line : Lines(text)) {
-    if (line.rfind(start, 0) == 0) return line;
-  }
-  return "<none>";
 }
 
 TEST_F(HelpScreenTest, ShortCommandsGetTenColumnsAndDots) {
@@ -80,55 +62,6 @@ TEST_F(HelpScreenTest, TheLongestCommandSetsTheColumn) {
             "a_long_command_x.one two three\n"
             "b................four\n"
             "                 five\n");
-}
-
-TEST_F(HelpScreenTest, TheLogGetsTheTextWithoutPadding) {
-  ASSERT_TRUE(Output.OpenLog(log_name_));
-  Show({{"#", "Clears the board"}, {"b", "four\nfive"}}, {0, 80});
-  EXPECT_EQ(LogAfterBanner(),
-            "command description\n"
-            "#.Clears the board\n"
-            "b.four\n"
-            "           five\n");
-}
-
-TEST_F(HelpScreenTest, TheCommandListLinesUpAtColumnSeventeen) {
-  const std::string text = Show(CommandHelpList(), {0, 80});
-  EXPECT_EQ(Lines(text).front(), "command          description");
-  EXPECT_EQ(LineStartingWith(text, "display_settings"),
-            "display_settings.Displays the current values of one or more search settings");
-  EXPECT_EQ(LineStartingWith(text, "hint"), "hint.............Makes the engine propose a move");
-  EXPECT_EQ(LineStartingWith(text, "\".\""),
-            "\".\"..............Sends a request for the current search status");
-  const std::vector<std::string> lines = Lines(text);
-  for (std::size_t i = 1; i < lines.size(); ++i) {
-    const std::string& line = lines[i];
-    // The blank before a word isn't counted when it is fitted, so a line may fill all 80.
-    EXPECT_LE(line.size(), 80u) << line;
-    ASSERT_GT(line.size(), 17u) << line;
-    const bool continued = line[0] == ' ';
-    EXPECT_EQ(line[16], continued ? ' ' : '.') << line;
-    EXPECT_NE(line[17], ' ') << line;
-  }
-}
-
-TEST_F(HelpScreenTest, PersonalityShowsItsForcedBreaks) {
-  const std::string text = Show(CommandHelpList(), {0, 80});
-  const std::string indent(17, ' ');
-  EXPECT_NE(text.find("personality......Controls the engine's personality:\n" + indent +
-                      "A positive (integer) value will make the engine play more\n"),
-            std::string::npos);
-  EXPECT_NE(text.find("\n" + indent + "situation.\n" + indent +
-                      "There are some predefined personalities that you can use:\n"),
-            std::string::npos);
-}
-
-TEST_F(HelpScreenTest, TheEditListLinesUpAtColumnEleven) {
-  const std::string text = Show(EditHelpList(), {0, 80});
-  EXPECT_EQ(Lines(text).size(), 11u);
-  EXPECT_EQ(Lines(text)[1],
-            "\".\"........Leaves edit mode and confirms the changes that were made");
-  EXPECT_EQ(Lines(text)[10], "verify.....Checks if the current position is legal");
 }
 
 TEST_F(HelpScreenTest, StopsBeforeTheEntryThatFillsThePage) {
@@ -191,14 +124,6 @@ TEST_F(HelpScreenTest, WithoutATerminalThereAreEightyColumnsAndNoStops) {
   EditHelpScreen().Show();
   EXPECT_EQ(terminal_.Text().find(PROMPT), std::string::npos);
   EXPECT_EQ(Lines(terminal_.Text()).front(), "command          description");
-}
-
-TEST_F(HelpScreenTest, TheStartupScreenHasAColumnOfItsOwn) {
-  // Its longest word is modify_settings, so its column is one to the left of the full list's.
-  const std::string text = Show(StartupHelpList(), {0, 80});
-  EXPECT_EQ(LineStartingWith(text, "modify_settings"),
-            "modify_settings.Modifies one or more search settings");
-  EXPECT_EQ(LineStartingWith(text, "easy"), "easy............Turns off pondering");
 }
 
 }  // namespace

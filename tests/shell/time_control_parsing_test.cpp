@@ -2,115 +2,76 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
+#include <utility>
 
 namespace {
 
-std::string LevelError(std::string_view m, std::string_view t, std::string_view i) {
+// Stages as "moves/milliseconds+increment", with "r" for a repeating stage; the black list
+// follows a ";" when it differs from the white one.
+std::string Text(const TimeControlStages& stages) {
+  std::ostringstream text;
+  for (const TimeControlStage& stage : stages)
+    text << (text.tellp() > 0 ? " " : "") << stage.moves << '/' << stage.time_ms << '+'
+         << stage.increment_ms << (stage.repeat ? "r" : "");
+  return text.str();
+}
+
+template <typename Parse>
+std::string Outcome(const Parse& parse) {
   try {
-    ParseLevel(m, t, i);
+    const TimeControlSetting setting = parse();
+    return Text(setting.white) + (setting.black == setting.white ? "" : ";" + Text(setting.black));
   } catch (const TimeControlArgumentError& error) {
     return error.what();
   }
-  return "accepted";
 }
 
-std::string TcError(std::string_view text) {
-  try {
-    ParseTc(text);
-  } catch (const TimeControlArgumentError& error) {
-    return error.what();
-  }
-  return "accepted";
-}
+constexpr const char* BOUNDS = "argument out of bounds";
+constexpr const char* NOT_A_NUMBER = "integer argument expected";
 
-TEST(ParseLevel, OneRepeatingStageForBothClocks) {
-  const TimeControlSetting setting = ParseLevel("40", "5", "0");  // 40 moves in 300 s
-  const TimeControlStages expected{{40, 300000, 0, -1}};
-  EXPECT_EQ(setting.white, expected);
-  EXPECT_EQ(setting.black, expected);
-}
-
-TEST(ParseLevel, ZeroMovesMeansNoMoveLimit) {
-  EXPECT_EQ(ParseLevel("0", "5", "12").white, (TimeControlStages{{-1, 300000, 12000, -1}}));
-}
-
-TEST(ParseLevel, TimeForms) {
-  EXPECT_EQ(ParseLevel("40", "0", "5").white[0].time_ms, 10000);  // "0" is 10 seconds
-  EXPECT_EQ(ParseLevel("40", "2:30", "0").white[0].time_ms, 150000);
-  EXPECT_EQ(ParseLevel("40", "0:45", "0").white[0].time_ms, 45000);
-  EXPECT_EQ(ParseLevel("40", "007", "0").white[0].time_ms, 420000);
-}
-
-TEST(ParseLevel, FractionalIncrementsAreKeptInMilliseconds) {
-  EXPECT_EQ(ParseLevel("0", "2", "0.5").white[0].increment_ms, 500);
-  EXPECT_EQ(ParseLevel("40", "5", "0.1").white[0].increment_ms, 100);
-  EXPECT_EQ(ParseLevel("0", "1", "2.25").white[0].increment_ms, 2250);
-  EXPECT_EQ(ParseLevel("0", "1", "1.001").white[0].increment_ms, 1001);
-  EXPECT_EQ(ParseLevel("0", "1", "3.050").white[0].increment_ms, 3050);
-  EXPECT_EQ(ParseLevel("0", "1", "0.000").white[0].increment_ms, 0);
-}
-
-TEST(ParseLevel, ArgumentsOutOfBounds) {
-  EXPECT_EQ(LevelError("-1", "5", "0"), "argument out of bounds");
-  EXPECT_EQ(LevelError("40", "-5", "0"), "argument out of bounds");
-  EXPECT_EQ(LevelError("40", "0:0", "0"), "argument out of bounds");
-  EXPECT_EQ(LevelError("40", "1:-30", "0"), "argument out of bounds");
-  EXPECT_EQ(LevelError("40", "5", "-1"), "argument out of bounds");
-  EXPECT_EQ(LevelError("40", "5", "-0.5"), "argument out of bounds");
-  // Times that milliseconds in 32 bits can't hold.
-  EXPECT_EQ(LevelError("40", "35792", "0"), "argument out of bounds");
-  EXPECT_EQ(LevelError("40", "5", "2147484"), "argument out of bounds");
-  EXPECT_EQ(LevelError("40", "35791", "0"), "accepted");
-}
-
-TEST(ParseLevel, AnythingButNumbersIsRefused) {
+TEST(ParseLevel, StagesTimeFormsIncrementsAndRefusals) {
+  const struct {
+    const char *moves, *time, *increment, *expected;
+  } cases[] = {
+      {"40", "5", "0", "40/300000+0r"},  {"0", "5", "12", "-1/300000+12000r"},
+      {"40", "0", "5", "40/10000+5000r"},  // "0" is ten seconds
+      {"40", "2:30", "0", "40/150000+0r"}, {"40", "0:45", "0", "40/45000+0r"},
+      {"40", "007", "0", "40/420000+0r"},  {"0", "2", "0.5", "-1/120000+500r"},
+      {"0", "1", "1.001", "-1/60000+1001r"}, {"0", "1", "3.050", "-1/60000+3050r"},
+      {"0", "1", "0.000", "-1/60000+0r"},  {"40", "35791", "0", "40/2147460000+0r"},
+      {"-1", "5", "0", BOUNDS},            {"40", "-5", "0", BOUNDS},
+      {"40", "0:0", "0", BOUNDS},          {"40", "1:-30", "0", BOUNDS},
+      {"40", "5", "-1", BOUNDS},           {"40", "5", "-0.5", BOUNDS},
+      {"40", "35792", "0", BOUNDS},        {"40", "5", "2147484", BOUNDS},  // beyond 32 bits
+      {"40.5", "5", "0", NOT_A_NUMBER},    {"99999999999", "5", "0", NOT_A_NUMBER},
+      {"-1", "5", "x", NOT_A_NUMBER},      {"40", "1:-30", "x", NOT_A_NUMBER},  // before bounds
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(Outcome([&] { return ParseLevel(c.moves, c.time, c.increment); }), c.expected)
+        << c.moves << ' ' << c.time << ' ' << c.increment;
   for (const char* text : {"x", "", "5m", "+5", "1:2:3", ":30", "1:", "1.5", " 5"})
-    EXPECT_EQ(LevelError("40", text, "0"), "integer argument expected") << text;
+    EXPECT_EQ(Outcome([&] { return ParseLevel("40", text, "0"); }), NOT_A_NUMBER) << text;
   for (const char* text : {"x", "0.1234", ".5", "5.", "1.x", "1.-5", "-.5", "0,5", "1e3", "0.5s"})
-    EXPECT_EQ(LevelError("40", "5", text), "integer argument expected") << text;
-  EXPECT_EQ(LevelError("40.5", "5", "0"), "integer argument expected");
-  EXPECT_EQ(LevelError("99999999999", "5", "0"), "integer argument expected");
+    EXPECT_EQ(Outcome([&] { return ParseLevel("40", "5", text); }), NOT_A_NUMBER) << text;
 }
 
-TEST(ParseLevel, MalformedArgumentIsReportedBeforeBounds) {
-  EXPECT_EQ(LevelError("-1", "5", "x"), "integer argument expected");
-  EXPECT_EQ(LevelError("40", "1:-30", "x"), "integer argument expected");
-}
-
-TEST(ParseTc, StagesFollowEachOtherOnBothClocks) {
-  const TimeControlSetting setting = ParseTc("40 120 0 20 60 0 0 30 5");
-  const TimeControlStages expected{
-      {40, 7200000, 0, 0}, {20, 3600000, 0, 0}, {-1, 1800000, 5000, 0}};
-  EXPECT_EQ(setting.white, expected);
-  EXPECT_EQ(setting.black, expected);
-}
-
-TEST(ParseTc, TwoListsForWhiteAndBlack) {
-  const TimeControlSetting setting = ParseTc("40 2:30 0 0 5 0.5;0 1 2");
-  EXPECT_EQ(setting.white, (TimeControlStages{{40, 150000, 0, 0}, {-1, 300000, 500, 0}}));
-  EXPECT_EQ(setting.black, (TimeControlStages{{-1, 60000, 2000, 0}}));
-  EXPECT_EQ(ParseTc(" 0 0 0 ; 0 5 0 ").white, (TimeControlStages{{-1, 10000, 0, 0}}));
-}
-
-TEST(ParseTc, LastStageMustLastToTheEnd) {
-  EXPECT_EQ(TcError("40 120 0"), "last time control must not terminate");
-  EXPECT_EQ(TcError("0 120 0;40 5 0"), "last time control must not terminate");
-  EXPECT_EQ(TcError("0 120 0 40 5 0"), "last time control must not terminate");
-}
-
-TEST(ParseTc, ListsMustBeWholeTriples) {
-  for (const char* text : {"", "   ", "40 120", "0 5 0 1", "0 5 0;", ";0 5 0", "0 5 0;0 5"})
-    EXPECT_EQ(TcError(text), "missing parameters") << '"' << text << '"';
-  EXPECT_EQ(TcError("0 5 0;0 5 0;0 5 0"), "too many parameters");
-}
-
-TEST(ParseTc, ValuesAreCheckedLikeThoseOfLevel) {
-  EXPECT_EQ(TcError("0 five 0"), "integer argument expected");
-  EXPECT_EQ(TcError("0 \"5\" 0"), "integer argument expected");
-  EXPECT_EQ(TcError("40 5 0 0 x 0"), "integer argument expected");
-  EXPECT_EQ(TcError("-40 5 0 0 5 0"), "argument out of bounds");
-  EXPECT_EQ(TcError("0 5 -2"), "argument out of bounds");
+TEST(ParseTc, StagesForBothClocksOrEachAndRefusals) {
+  for (const auto& [text, expected] : {
+           std::pair{"40 120 0 20 60 0 0 30 5", "40/7200000+0 20/3600000+0 -1/1800000+5000"},
+           {"40 2:30 0 0 5 0.5;0 1 2", "40/150000+0 -1/300000+500;-1/60000+2000"},
+           {" 0 0 0 ; 0 5 0 ", "-1/10000+0;-1/300000+0"},
+           {"40 120 0", "last time control must not terminate"},
+           {"0 120 0;40 5 0", "last time control must not terminate"},
+           {"0 120 0 40 5 0", "last time control must not terminate"},
+           {"", "missing parameters"}, {"   ", "missing parameters"},
+           {"40 120", "missing parameters"}, {"0 5 0 1", "missing parameters"},
+           {"0 5 0;", "missing parameters"}, {";0 5 0", "missing parameters"},
+           {"0 5 0;0 5", "missing parameters"}, {"0 5 0;0 5 0;0 5 0", "too many parameters"},
+           {"0 five 0", NOT_A_NUMBER}, {"0 \"5\" 0", NOT_A_NUMBER}, {"40 5 0 0 x 0", NOT_A_NUMBER},
+           {"-40 5 0 0 5 0", BOUNDS}, {"0 5 -2", BOUNDS}})
+    EXPECT_EQ(Outcome([&] { return ParseTc(text); }), expected) << '"' << text << '"';
 }
 
 }  // namespace

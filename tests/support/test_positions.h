@@ -11,7 +11,7 @@
 
 #include "chess/board.h"
 #include "chess/move_generator.h"
-#include "chess/user_board.h"
+#include "support/board_from_fen.h"
 #include "support/perft.h"
 
 namespace TestPositions {
@@ -59,40 +59,6 @@ inline const std::vector<const char*>& Tactical() {
       "r6r/Pp1pkppp/1bP2nbN/n1P5/BB2P3/q4N2/Pp1P2PP/R2Q1RK1 w - - 1 3",
   };
   return positions;
-}
-
-inline Board FromFen(std::string_view fen) {
-  UserBoard game;
-  EXPECT_NO_THROW(game.SetFEN(fen)) << fen;
-  return game.current;
-}
-
-// The position as FEN (without the move counters), for failure messages.
-inline std::string FenOf(const Board& board) {
-  std::string fen;
-  for (int rank = 7; rank >= 0; --rank) {
-    int empty = 0;
-    for (int file = 0; file < 8; ++file) {
-      const int piece = board.squares[MakeSquare(file, rank)];
-      if (piece == 0) {
-        ++empty;
-        continue;
-      }
-      if (empty > 0) fen += char('0' + empty);
-      empty = 0;
-      fen += "kqrbnp?PNBRQK"[piece + 6];
-    }
-    if (empty > 0) fen += char('0' + empty);
-    if (rank > 0) fen += '/';
-  }
-  fen += board.side_on_move == WHITE ? " w " : " b ";
-  const int rights = board.Castling();
-  for (int bit = 0; bit < 4; ++bit)
-    if ((rights & (1 << bit)) != 0) fen += "KQkq"[bit];
-  if (rights == 0) fen += '-';
-  const int ep = board.EnPassant();
-  fen += ep == 0 ? std::string(" -") : std::string(" ") + char('a' + File(ep)) + char('1' + Rank(ep));
-  return fen;
 }
 
 inline std::vector<Move> Generate(const Board& board, int mask) {
@@ -207,10 +173,10 @@ void VisitTestNodes(const Visit& visit) {
   constexpr int GAMES_PER_POSITION = 6;
   for (const auto* list : {&Standard(), &Tactical()}) {
     for (const char* fen : *list) {
-      Board board = FromFen(fen);
+      Board board = BoardFromFen(fen);
       WalkTree(board, list == &Standard() ? 2 : 3, visit);
       for (std::uint32_t game = 0; game < GAMES_PER_POSITION; ++game) {
-        Board start = FromFen(fen);
+        Board start = BoardFromFen(fen);
         PlayRandomGame(start, game * 7919u + 17u, visit);
       }
     }
