@@ -90,7 +90,9 @@ bool ProbeEndgameTablebase(SearchBoard& board, int position_type, int node_type,
   const int pieces = PopCount(board.occupied);
   if (pieces < window.min || pieces > window.max) return false;
   int score = 0;
+  ++board.tablebase_probes.asked;
   if (BraskTablebases::ProbeTablebase(board, &score) != BraskTablebases::TB_FOUND) return false;
+  ++board.tablebase_probes.found;
   value = Answer(beta, FromDatabase(board, score));
   return true;
 }
@@ -99,8 +101,9 @@ bool ProbeEndgameDatabases(SearchBoard& board, int position_type, int node_type,
                            std::int32_t distance, Score beta, Score& value) {
   if (position_type < ENDGAME_EQUAL_PIECES) return false;
   int score = 0;
-  if (board.ply > ALWAYS_PROBE_PLY &&
+  if (board.ply > ALWAYS_PROBE_PLY && ++board.bitbase_probes.asked &&
       BraskBitbases::ProbeBitbases(board, &score) == BITBASE_FOUND) {
+    ++board.bitbase_probes.found;
     const Score v = FromDatabase(board, score);
     // A lost position proves nothing against a beta at or below the loss.
     if (score >= 0 || beta > v) {

@@ -15,6 +15,7 @@ void SearchBoard::ResetForSearch(const Board& position) {
   root_side = side_on_move;
   poll_countdown = 100;
   nodes = ettc_tries = ettc_cutoffs = 0;
+  bitbase_probes = tablebase_probes = DatabaseProbeCounts{};
   history.NewSearch();
   std::fill(std::begin(perpetual_records), std::end(perpetual_records), PerpetualRecord{});
   std::fill(std::begin(pin_records), std::end(pin_records), NO_PIN);

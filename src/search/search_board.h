@@ -16,6 +16,11 @@ struct KillerPair {
   Move second;
 };
 
+struct DatabaseProbeCounts {
+  std::uint64_t asked = 0;
+  std::uint64_t found = 0;
+};
+
 class SearchBoard : public Board {
  public:
   static constexpr int MOVE_STACK_SIZE = 8000;
@@ -62,6 +67,9 @@ class SearchBoard : public Board {
   std::uint64_t nodes = 0;
   std::uint64_t ettc_tries = 0;
   std::uint64_t ettc_cutoffs = 0;
+  // Endgame database probes of the whole search, for its statistics in the log.
+  DatabaseProbeCounts bitbase_probes;
+  DatabaseProbeCounts tablebase_probes;
   std::uint64_t poll_countdown = 100;
   SerialSearch* search;
   std::uint32_t root_side = WHITE;

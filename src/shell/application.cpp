@@ -1,5 +1,8 @@
 #include "shell/application.h"
 
+#include <sstream>
+
+#include "search/search_board.h"
 #include "shell/basic_protocol.h"
 #include "shell/console_protocol.h"
 #include "shell/control_flow.h"
@@ -165,4 +168,11 @@ void Application::ReportSearchInstability() { game->Protocol().ReportSearchInsta
 
 void Application::ReportSearchFinished(const SerialSearch& search) {
   game->Protocol().ReportSearchFinished(search);
+  const SearchBoard& board = *search.board;
+  if (board.bitbase_probes.asked == 0 && board.tablebase_probes.asked == 0) return;
+  std::ostringstream counts;
+  counts << "endgame probes: bitbases=" << board.bitbase_probes.asked
+         << " (found " << board.bitbase_probes.found << "), tablebases="
+         << board.tablebase_probes.asked << " (found " << board.tablebase_probes.found << ")";
+  Output.ReportLogOnly(counts.str());
 }

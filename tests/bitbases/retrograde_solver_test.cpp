@@ -1,13 +1,20 @@
+#include "bitbases/retrograde_solver.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
-#include "bitbases/retrograde_solver.h"
+#include "bitbases/nalimov_index.h"
+#include "bitbases/portable_io.h"
+#include "bitbases/table_provider.h"
+#include "bitbases/tablebase_descriptors.h"
 #include "bitbases/tablebases.h"
-#include "chess/basic.h"
 #include "chess/board.h"
+#include "chess/move_generator.h"
 #include "support/datacomp_writer.h"
 #include "support/temporary_directory.h"
 
@@ -15,17 +22,128 @@ using namespace NalimovTablebases;
 
 namespace {
 
-// One solver for the whole suite: each endgame is solved once.
-RetrogradeSolver& Solver() {
-  static RetrogradeSolver solver;
-  return solver;
+// One directory and one provider for the suite, so that each table is solved once.
+struct SharedTables {
+  TemporaryDirectory directory;
+  TableProvider provider{directory.Path(), {2, nullptr}};
+};
+
+SharedTables& Shared() {
+  static SharedTables shared;
+  return shared;
 }
 
-int LongestWin(const SolvedEndgame& endgame) {
+std::shared_ptr<const TableFiles> Table(const std::string& name) {
+  return Shared().provider.Provide(name);
+}
+
+int LongestWin(const TableFiles& table) {
   int longest = 0;
-  for (std::int16_t code : endgame.results)
-    if (PlyResult(code).IsWin()) longest = std::max(longest, PlyResult(code).Moves());
+  for (const std::vector<std::int8_t>& file : table.bytes)
+    for (std::int8_t entry : file)
+      if (EntryByte::IsWin(entry)) longest = std::max(longest, EntryByte::Moves(entry));
   return longest;
+}
+
+// Results ordered from the mover's view: quick wins first, slow losses before quick ones.
+int Goodness(std::int8_t entry) {
+  if (EntryByte::IsWin(entry)) return 1000 - EntryByte::Plies(entry);
+  if (EntryByte::IsLoss(entry)) return -1000 + EntryByte::Plies(entry);
+  return 0;
+}
+
+std::int8_t SeenFromBefore(std::int8_t after) {
+  if (EntryByte::IsWin(after)) return EntryByte::Loss(EntryByte::Plies(after) + 1);
+  if (EntryByte::IsLoss(after)) return EntryByte::Win(EntryByte::Plies(after) + 1);
+  return EntryByte::DRAW;
+}
+
+// Tables by id for the check below; a table may stand in for the real one.
+using TableSet = std::vector<const TableFiles*>;
+
+std::int8_t Lookup(const Board& board, const TableSet& tables) {
+  int colour[MAX_TABLE_PIECES], type[MAX_TABLE_PIECES], square[MAX_TABLE_PIECES], count = 0;
+  for (int sq = 0; sq < 64; ++sq)
+    if (int piece = board.squares[sq]) {
+      colour[count] = piece > 0 ? WHITE : BLACK;
+      type[count] = piece > 0 ? piece : -piece;
+      square[count++] = sq;
+    }
+  if (count == 2) return EntryByte::DRAW;
+  TableOfMaterial table = FindTable(colour, type, count);
+  TableEntry entry = EntryIn(table, colour, type, square, count, board.side_on_move);
+  for (const TableFiles* files : tables)
+    if (files->id == table.id) return files->At(entry.file_side, entry.index);
+  ADD_FAILURE() << "no table for " << MaterialName(colour, type, count);
+  return EntryByte::ILLEGAL;
+}
+
+// The value of the position by one move of the engine's own move generator and the tables
+// behind it; a position with en-passant rights, which no table holds, is looked at one move
+// further. A table that agrees with this everywhere is right, given its mates.
+std::int8_t OneMoveDeeper(Board& board, const TableSet& tables) {
+  Move moves[MOVE_BUFFER_SIZE];
+  Move* end = GenerateMoves(moves, board, GEN_ALL_MOVES | 127);
+  if (end == moves) return board.InCheck() ? EntryByte::Loss(0) : EntryByte::DRAW;
+  std::int8_t best = EntryByte::Loss(0);
+  for (const Move* move = moves; move != end; ++move) {
+    board.MakeMove(*move);
+    std::int8_t after = board.EnPassant() ? OneMoveDeeper(board, tables) : Lookup(board, tables);
+    board.UndoMove(*move);
+    std::int8_t seen = SeenFromBefore(after);
+    if (Goodness(seen) > Goodness(best)) best = seen;
+  }
+  return best;
+}
+
+std::string Placement(const Board& board) {
+  std::string text;
+  for (int sq = 0; sq < 64; ++sq)
+    if (int piece = board.squares[sq])
+      text += std::string(1, SignedPieceLetters[piece + 6]) + char('a' + File(sq)) +
+              char('1' + Rank(sq)) + " ";
+  return text + (board.side_on_move == WHITE ? "w" : "b");
+}
+
+// Counts random positions of the table whose entry differs from one move deeper.
+int Disagreements(const TableFiles& table, const TableSet& tables, int samples, int* decisive) {
+  TableMaterial m = *TableMaterial::Of(table.name);
+  std::mt19937_64 random(table.id);
+  int disagreements = 0;
+  for (int n = 0; n < samples;) {
+    std::int8_t cells[64] = {};
+    int square[MAX_TABLE_PIECES];
+    bool placed = true;
+    for (int i = 0; i < m.count && placed; ++i) {
+      square[i] = int(random() % 64);
+      bool pawn = m.type[std::size_t(i)] == PAWN;
+      placed = cells[square[i]] == 0 && !(pawn && (square[i] < 8 || square[i] >= 56));
+      int piece = m.type[std::size_t(i)];
+      cells[square[i]] = std::int8_t(m.colour[std::size_t(i)] == WHITE ? piece : -piece);
+    }
+    int side = int(random() % 2);
+    Board board;
+    if (!placed || !board.Setup(cells, side, 0, 0) || board.IsOpponentInCheck()) continue;
+    ++n;
+    std::int8_t stored = Lookup(board, tables);
+    std::int8_t deeper = OneMoveDeeper(board, tables);
+    *decisive += stored != EntryByte::DRAW;
+    if (stored != deeper) {
+      if (++disagreements <= 5)
+        ADD_FAILURE() << table.name << " side " << side << ": stored " << int(stored)
+                      << ", one move deeper " << int(deeper) << " at " << Placement(board);
+    }
+  }
+  return disagreements;
+}
+
+// A stand-in for a table: every position in it is mated, so whoever leaves the smaller table
+// by a capture or a promotion wins at once.
+TableFiles MatedEverywhere(const std::string& name) {
+  TableFiles table{name, TableIdOf(name), {}};
+  for (int side = 0; side < 2; ++side)
+    table.bytes[side].assign(Descriptors[table.id].entries[side], EntryByte::Loss(0));
+  return table;
 }
 
 std::vector<std::uint8_t> ReadAll(const std::string& path) {
@@ -33,151 +151,172 @@ std::vector<std::uint8_t> ReadAll(const std::string& path) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-// The score a probe should give for a solved result.
-int ExpectedScore(PlyResult result) {
-  if (result.IsDraw()) return 0;
-  return result.IsWin() ? 32767 - 2 * result.Moves() : -(32767 - 2 * result.Moves());
-}
-
-BraskTablebases::TablebasePosition ToProbe(const SolvedEndgame& endgame, const int* squares,
-                                           int side) {
-  BraskTablebases::TablebasePosition p{};
-  p.side = side;
-  int* lists[2] = {p.white, p.black};
-  for (int i = 0; i < endgame.material.Count(); ++i) {
-    int colour = endgame.material.colour[i], type = endgame.material.type[i];
-    if (type == KING) {
-      lists[colour][15] = squares[i];
-      continue;
-    }
-    int& count = p.counts[colour * 5 + type - 1];
-    lists[colour][3 * (type - 1) + count++] = squares[i];
-  }
-  return p;
-}
-
-// Probes every legal position of the endgame and counts answers that differ from the solver.
-int ProbeMismatches(const SolvedEndgame& endgame, int* mated_positions) {
-  int mismatches = 0, squares[4], side;
-  for (std::uint64_t state = 0; state < endgame.results.size(); ++state) {
-    PlyResult result(endgame.results[state]);
-    if (result.IsIllegal()) continue;
-    endgame.SquaresOf(state, squares, &side);
-    int score = 1;
-    int status = BraskTablebases::ProbeTablebase(ToProbe(endgame, squares, side), &score);
-    mismatches += status != BraskTablebases::TB_FOUND || score != ExpectedScore(result);
-    if (result.IsLoss() && result.Plies() == 0) {
-      ++*mated_positions;
-      mismatches += score != -32767;
-    }
-  }
-  return mismatches;
-}
-
 }  // namespace
 
-TEST(RetrogradeSolver, LongestMatesOfThreePieceEndings) {
-  EXPECT_EQ(LongestWin(Solver().Solve("kqk")), 10);
-  EXPECT_EQ(LongestWin(Solver().Solve("krk")), 16);
-  EXPECT_EQ(LongestWin(Solver().Solve("kbk")), 0);
+TEST(RetrogradeSolver, EntryBytesOfTheFileFormat) {
+  struct Case {
+    std::int8_t entry;
+    int plies;
+    int moves;
+  };
+  // Win in one move is the highest byte, being mated now the lowest.
+  for (Case c : {Case{126, 1, 1}, Case{117, 19, 10}, Case{1, 251, 126}, Case{-126, 0, 0},
+                 Case{-117, 18, 9}, Case{-1, 250, 125}}) {
+    EXPECT_EQ(EntryByte::Plies(c.entry), c.plies) << int(c.entry);
+    EXPECT_EQ(EntryByte::Moves(c.entry), c.moves) << int(c.entry);
+    EXPECT_EQ(c.plies % 2 ? EntryByte::Win(c.plies) : EntryByte::Loss(c.plies), c.entry);
+  }
+  EXPECT_FALSE(EntryByte::IsWin(EntryByte::ILLEGAL));
+  EXPECT_FALSE(EntryByte::IsLoss(EntryByte::DRAW));
 }
 
-TEST(RetrogradeSolver, KingAndPawnAgainstKing) {
-  const SolvedEndgame& kpk = Solver().Solve("kpk");
+TEST(RetrogradeSolver, LongestMatesAreThePublishedOnes) {
+  for (auto [name, moves] : {std::pair{"kqk", 10}, {"krk", 16}, {"kpk", 28}, {"kqkr", 35}})
+    EXPECT_EQ(LongestWin(*Table(name)), moves) << name;
+}
+
+TEST(RetrogradeSolver, KingAndPawnAgainstKingCountedOverEveryPlacement) {
+  // Every placement, both mirror images of each: the counts of an earlier solver that numbered
+  // positions without any symmetry.
+  const TableFiles& kpk = *Table("kpk");
+  int colour[3] = {WHITE, BLACK, WHITE}, type[3] = {KING, KING, PAWN};
   int legal = 0, pawn_side_wins = 0;
-  for (std::uint64_t state = 0; state < kpk.results.size(); ++state) {
-    PlyResult result(kpk.results[state]);
-    if (result.IsIllegal()) continue;
-    ++legal;
-    bool white_on_move = state < kpk.results.size() / 2;
-    pawn_side_wins += white_on_move ? result.IsWin() : result.IsLoss();
-  }
+  for (int side : {WHITE, BLACK})
+    for (int wk = 0; wk < 64; ++wk)
+      for (int bk = 0; bk < 64; ++bk)
+        for (int pawn = A2; pawn <= H7; ++pawn) {
+          if (wk == bk || pawn == wk || pawn == bk) continue;
+          int square[3] = {wk, bk, pawn};
+          TableEntry entry = EntryIn({kpk.id, false}, colour, type, square, 3, side);
+          std::int8_t result = kpk.At(entry.file_side, entry.index);
+          if (result == EntryByte::ILLEGAL) continue;
+          ++legal;
+          pawn_side_wins += side == WHITE ? EntryByte::IsWin(result) : EntryByte::IsLoss(result);
+        }
   EXPECT_EQ(legal, 331352);
   EXPECT_EQ(pawn_side_wins, 222564);
 }
 
-TEST(RetrogradeSolver, FileBytes) {
-  EXPECT_EQ(PlyResult::Draw().FileByte(), 0);
-  EXPECT_EQ(PlyResult::WinIn(1).FileByte(), 126);
-  EXPECT_EQ(PlyResult::WinIn(19).FileByte(), 117);
-  EXPECT_EQ(PlyResult::LossIn(0).FileByte(), std::uint8_t(-126));
-  EXPECT_EQ(PlyResult::LossIn(18).FileByte(), std::uint8_t(-117));
-  EXPECT_EQ(PlyResult::Illegal().FileByte(), 127);
+TEST(RetrogradeSolver, TablesAgreeWithOneMoveDeeperByTheEngineMoveGenerator) {
+  // Making one table may let the provider drop another: the test keeps its own.
+  std::vector<std::shared_ptr<const TableFiles>> held;
+  TableSet tables;
+  for (std::string name : {"kqk", "krk", "kbk", "knk", "kpk", "kqkr"}) {
+    held.push_back(Table(name));
+    tables.push_back(held.back().get());
+  }
+  for (const TableFiles* table : tables) {
+    int decisive = 0;
+    EXPECT_EQ(Disagreements(*table, tables, 3000, &decisive), 0) << table->name;
+    if (table->name != "kbk" && table->name != "knk") {
+      EXPECT_GT(decisive, 0) << table->name;
+    }
+  }
+}
+
+TEST(RetrogradeSolver, PawnsOnBothSidesWithEnPassantAndPromotions) {
+  // With every capture and promotion winning at once, the race of the pawns decides nearly
+  // everything, and a double step beside an enemy pawn loses to the capture en passant.
+  std::vector<TableFiles> stand_ins;
+  for (std::string name : TablesAfterExits(*TableMaterial::Of("kpkp")))
+    stand_ins.push_back(MatedEverywhere(name));
+  TableSet exits;
+  for (const TableFiles& table : stand_ins) exits.push_back(&table);
+  TableFiles kpkp = SolveTable(*TableMaterial::Of("kpkp"), exits, {2, nullptr});
+  TableSet tables = exits;
+  tables.push_back(&kpkp);
+  int decisive = 0;
+  EXPECT_EQ(Disagreements(kpkp, tables, 8000, &decisive), 0);
+  EXPECT_GT(decisive, 4000);
+
+  // White Kh1, pawn e4 (just from e2), Black Ka8, pawn d4, Black on move: with the right to take
+  // en passant Black wins at once; without it there is no capture at all.
+  std::int8_t cells[64] = {};
+  cells[H1] = KING, cells[E4] = PAWN, cells[A8] = -KING, cells[D4] = -PAWN;
+  Board board;
+  ASSERT_TRUE(board.Setup(cells, BLACK, E3, 0));
+  EXPECT_EQ(OneMoveDeeper(board, tables), EntryByte::Win(1));
+  ASSERT_TRUE(board.Setup(cells, BLACK, 0, 0));
+  EXPECT_NE(Lookup(board, tables), EntryByte::Win(1));
+  // So from e2 the double step loses at once, and the table knows it.
+  cells[E4] = 0, cells[E2] = PAWN;
+  ASSERT_TRUE(board.Setup(cells, WHITE, 0, 0));
+  EXPECT_EQ(Lookup(board, tables), OneMoveDeeper(board, tables));
 }
 
 TEST(RetrogradeSolver, ReaderAnswersWhatTheSolverFoundFromPlainAndCompressedFiles) {
-  TemporaryDirectory plain, compressed;
-  for (std::string name : {"kqk", "krk", "kpk"}) {
-    ASSERT_TRUE(Solver().WriteTables(name, plain.Path()));
-    for (std::string ext : {".nbw", ".nbb"}) {
-      std::vector<std::uint8_t> bytes = ReadAll(plain.File(name + ext));
-      WriteBytes(compressed.File(name + ext + ".emd"), CompressTablebase(bytes));
-    }
+  TemporaryDirectory compressed;
+  for (std::string name : {"kqk", "krk", "kpk", "kqkr"}) {
+    Table(name);
+    for (std::string ext : {".nbw", ".nbb"})
+      WriteBytes(compressed.File(name + ext + ".emd"),
+                 CompressTablebase(ReadAll(Shared().directory.File(name + ext))));
   }
-  for (const TemporaryDirectory* dir : {&plain, &compressed}) {
-    ASSERT_EQ(BraskTablebases::InitTablebases(dir->Path(), 1 << 20), 3);
-    for (std::string name : {"kqk", "krk", "kpk"}) {
-      int mated = 0;
-      EXPECT_EQ(ProbeMismatches(Solver().Solve(name), &mated), 0) << name;
-      if (name != "kpk") {  // a lone pawn never mates
-        EXPECT_GT(mated, 0) << name;
+  std::mt19937_64 random(5);
+  for (std::string path : {Shared().directory.Path(), compressed.Path()}) {
+    ASSERT_GE(BraskTablebases::InitTablebases(path, 1 << 20), 4);
+    for (std::string name : {"kqk", "krk", "kpk", "kqkr"}) {
+      std::shared_ptr<const TableFiles> table = Table(name);
+      TableMaterial m = *TableMaterial::Of(name);
+      int mismatches = 0;
+      for (int n = 0; n < 2000; ++n) {
+        std::int8_t cells[64] = {};
+        bool placed = true;
+        for (int i = 0; i < m.count && placed; ++i) {
+          int square = int(random() % 48) + 8;
+          placed = cells[square] == 0;
+          cells[square] = std::int8_t(m.colour[std::size_t(i)] == WHITE ? m.type[std::size_t(i)]
+                                                                        : -m.type[std::size_t(i)]);
+        }
+        Board board;
+        if (!placed || !board.Setup(cells, int(random() % 2), 0, 0) || board.IsOpponentInCheck())
+          continue;
+        std::int8_t entry = Lookup(board, {table.get()});
+        int score = 1;
+        ASSERT_EQ(BraskTablebases::ProbeTablebase(board, &score), BraskTablebases::TB_FOUND);
+        int expected = entry == 0  ? 0
+                       : entry > 0 ? 2 * (entry + 32640) - 32767
+                                   : 2 * (entry - 32640) + 32765;
+        mismatches += score != expected;
       }
+      EXPECT_EQ(mismatches, 0) << name << " in " << path;
     }
   }
 }
 
-namespace {
-
-Board MakeBoard(std::initializer_list<std::pair<int, int>> pieces, int side, int castling = 0) {
-  std::int8_t squares[64] = {};
-  for (auto [square, piece] : pieces) squares[square] = std::int8_t(piece);
-  Board board;
-  board.Setup(squares, side, 0, castling);
-  return board;
+TEST(RetrogradeSolver, ProviderReadsTablesItFindsAndRefusesUnknownNames) {
+  TemporaryDirectory directory;
+  TableProvider provider(directory.Path(), {1, nullptr});
+  EXPECT_THROW(provider.Provide("kqqqk"), std::invalid_argument);
+  EXPECT_THROW(provider.Provide("nonsense"), std::invalid_argument);
+  // A file cut short is no table: it is made again.
+  std::shared_ptr<const TableFiles> made = provider.Provide("kqk");
+  std::filesystem::resize_file(directory.File("kqk.nbw"), 1000);
+  EXPECT_FALSE(LoadTableFiles(directory.Path(), "kqk").has_value());
+  TableProvider again(directory.Path(), {1, nullptr});
+  EXPECT_EQ(again.Provide("kqk")->bytes[0], made->bytes[0]);
+  EXPECT_EQ(std::filesystem::file_size(directory.File("kqk.nbw")), Descriptors[5].entries[0]);
 }
 
-}  // namespace
+TEST(RetrogradeSolver, AFailedWriteLeavesNoFileUnderTheFinalName) {
+  TemporaryDirectory directory;
+  const TableFiles& kqk = *Table("kqk");
+  // The Black file's final name is taken by a directory, so that its rename fails.
+  std::filesystem::create_directories(directory.File("kqk.nbb") + "/x");
+  EXPECT_THROW(WriteTableFiles(directory.Path(), kqk), BraskPortableIO::IOException);
+  EXPECT_TRUE(std::filesystem::is_directory(directory.File("kqk.nbb")));
+  for (const auto& entry : std::filesystem::directory_iterator(directory.Path()))
+    EXPECT_EQ(entry.path().string().find(".part"), std::string::npos) << entry.path();
+}
 
-TEST(RetrogradeSolver, ProbesOfBoards) {
-  TemporaryDirectory dir;
-  for (std::string name : {"kqk", "kpk"}) ASSERT_TRUE(Solver().WriteTables(name, dir.Path()));
-  ASSERT_EQ(BraskTablebases::InitTablebases(dir.Path(), 1 << 16), 3);
-  int score = 0;
-  // Mated: white queen g7 protected by the king on f6, black king h8.
-  Board mated = MakeBoard({{F6, KING}, {G7, QUEEN}, {H8, -KING}}, BLACK);
-  EXPECT_EQ(BraskTablebases::ProbeTablebase(mated, &score), BraskTablebases::TB_FOUND);
-  EXPECT_EQ(score, -32767);
-  EXPECT_FALSE(BraskTablebases::TablebaseMateIsFar(mated));
-  // The same with the colours reversed reaches kqk through its negative id.
-  Board reversed = MakeBoard({{F3, -KING}, {G2, -QUEEN}, {H1, KING}}, WHITE);
-  EXPECT_EQ(BraskTablebases::ProbeTablebase(reversed, &score), BraskTablebases::TB_FOUND);
-  EXPECT_EQ(score, -32767);
-  // A black pawn: kpk with the lists reversed and the ranks inverted.
-  Board black_pawn = MakeBoard({{E6, -KING}, {E5, -PAWN}, {E8, KING}}, WHITE);
-  Board white_pawn = MakeBoard({{E3, KING}, {E4, PAWN}, {E1, -KING}}, BLACK);
-  int mirrored = 0;
-  ASSERT_EQ(BraskTablebases::ProbeTablebase(black_pawn, &score), BraskTablebases::TB_FOUND);
-  ASSERT_EQ(BraskTablebases::ProbeTablebase(white_pawn, &mirrored), BraskTablebases::TB_FOUND);
-  EXPECT_EQ(score, mirrored);
-  EXPECT_LT(score, 0);  // the pawn wins, whoever moves
-  // No table, or rights that the tables know nothing of.
-  Board castling = MakeBoard({{E1, KING}, {H1, ROOK}, {E8, -KING}}, WHITE, WHITE_SHORT);
-  EXPECT_EQ(BraskTablebases::ProbeTablebase(castling, &score), BraskTablebases::TB_NOT_AVAILABLE);
-  Board bare = MakeBoard({{E1, KING}, {E8, -KING}}, WHITE);
-  EXPECT_EQ(BraskTablebases::ProbeTablebase(bare, &score), BraskTablebases::TB_NOT_AVAILABLE);
-  Board queens = MakeBoard({{E1, KING}, {A2, QUEEN}, {B2, QUEEN}, {C2, QUEEN}, {E8, -KING}}, WHITE);
-  EXPECT_EQ(BraskTablebases::ProbeTablebase(queens, &score), BraskTablebases::TB_NOT_AVAILABLE);
-  Board rook = MakeBoard({{E1, KING}, {A2, ROOK}, {E8, -KING}}, WHITE);  // krk not loaded
-  EXPECT_EQ(BraskTablebases::ProbeTablebase(rook, &score), BraskTablebases::TB_NOT_AVAILABLE);
-  // A long way from mate: the deepest loss of krk, 32 plies.
-  ASSERT_TRUE(Solver().WriteTables("krk", dir.Path()));
-  ASSERT_EQ(BraskTablebases::InitTablebases(dir.Path(), 1 << 16), 3);
-  const SolvedEndgame& krk = Solver().Solve("krk");
-  std::uint64_t deepest = 0;
-  while (!PlyResult(krk.results[deepest]).IsLoss() || PlyResult(krk.results[deepest]).Plies() != 32)
-    ++deepest;
-  int squares[3], side;
-  krk.SquaresOf(deepest, squares, &side);
-  Board far = MakeBoard({{squares[0], KING}, {squares[1], -KING}, {squares[2], ROOK}}, side);
-  EXPECT_TRUE(BraskTablebases::TablebaseMateIsFar(far));
+TEST(RetrogradeSolver, MissingOrBrokenTablesToLeadIntoAreErrors) {
+  TableMaterial kqkr = *TableMaterial::Of("kqkr");
+  EXPECT_EQ(TablesAfterExits(kqkr), (std::vector<std::string>{"kqk", "krk"}));
+  TableFiles kqk = MatedEverywhere("kqk");
+  EXPECT_THROW(SolveTable(kqkr, {&kqk}, {2, nullptr}), std::runtime_error);
+  // A table that has no result for positions a capture reaches is no table to build on.
+  TableFiles broken = MatedEverywhere("krk");
+  for (std::vector<std::int8_t>& file : broken.bytes)
+    std::fill(file.begin(), file.end(), EntryByte::ILLEGAL);
+  EXPECT_THROW(SolveTable(kqkr, {&kqk, &broken}, {2, nullptr}), std::runtime_error);
 }

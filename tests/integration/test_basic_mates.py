@@ -4,7 +4,11 @@ mates within the fifty-move rule, also from the positions hardest for the attack
 
 Usage: test_basic_mates.py BUILD_DIR
 """
+import os
 import re
+import subprocess
+import sys
+import tempfile
 
 import engine_session
 from engine_session import InteractiveSession, expect, expect_equal
@@ -24,12 +28,12 @@ KING_AND_QUEEN = [("8/8/8/4k3/8/8/8/1Q5K w - - 0 1", "1-0"),
                   ("K7/8/8/8/4k3/8/8/6Q1 b - - 0 1", "1-0"), ("q6k/8/8/8/3K4/8/8/8 b - - 0 1", "0-1")]
 
 
-def play_to_the_end(fen):
+def play_to_the_end(fen, setup=(), depth=DEPTH, session=None):
     """Both sides played by the engine from `fen`; the result, the reason and the plies."""
     with InteractiveSession(timeout=60) as engine:
         engine.send("protover 2")
         engine.wait_for("feature done=1", 5)
-        engine.send("force", "setboard " + fen, f"sd {DEPTH}", "ping 1")
+        engine.send("force", *setup, "setboard " + fen, f"sd {depth}", "ping 1")
         _, before = engine.wait_for("^pong 1$", 5)
         expect(not any("rror" in line for line in before), f"setboard {fen}: {before}")
         for ply in range(FIFTY_MOVES + 2):
@@ -40,6 +44,8 @@ def play_to_the_end(fen):
             for line in before:
                 result = RESULT.match(line)
                 if result:
+                    if session is not None:
+                        session["engine"] = engine  # its log is read when it has ended
                     return result.group(1), result.group(2), ply + 1
         raise AssertionError(f"{fen}: no end of the game after {FIFTY_MOVES + 2} plies")
 
@@ -59,6 +65,26 @@ def test_king_and_rook_mate_the_bare_king():
 
 def test_king_and_queen_mate_the_bare_king():
     expect_mates(KING_AND_QUEEN)
+
+
+def test_with_tablebases_the_mate_takes_exactly_the_moves_of_the_table():
+    fen = "8/8/8/8/8/2k5/8/K6R w - - 0 1"
+    with tempfile.TemporaryDirectory() as directory:
+        tool = os.path.join(os.path.abspath(sys.argv[1]), "brask-tbgen")
+        subprocess.run([tool, "krk", "-o", directory], check=True, capture_output=True,
+                       timeout=60)
+        setup = [f"tb nalimov 1M {directory}"]
+        probe = engine_session.run(["force", *setup, f"probe {fen}"]).answers()
+        found = [line for line in probe if line.startswith("Probing tablebases: result=")]
+        expect(found, f"no tablebase answer: {probe}")
+        # A win in n moves reads 32767 - 2n.
+        moves = (32767 - int(found[0].rsplit("=", 1)[1])) // 2
+        session = {}
+        result, reason, plies = play_to_the_end(fen, setup, depth=2, session=session)
+    print(f"     {fen}: {result} ({reason}) after {plies} plies, the table says {moves} moves")
+    expect_equal((result, plies), ("1-0", 2 * moves - 1), f"mate from {fen} ({reason})")
+    expect(re.search(r"endgame probes: bitbases=\d+ \(found \d+\), tablebases=[1-9]",
+                     session["engine"].log), "no probe statistics in the log")
 
 
 if __name__ == "__main__":

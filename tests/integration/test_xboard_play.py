@@ -286,11 +286,11 @@ def test_draw_offers_are_answered_after_the_next_search():
     expect("Engine rejects draw offer" in log_only_reports(engine.log), "rejection in the log")
 
 
-def test_the_engine_offers_a_draw_in_a_dead_level_ending():
+def test_the_engine_offers_a_draw_when_its_best_is_a_perpetual_check():
     with xboard() as engine:
-        # Rook against rook: two searches in a row at the draw score bring the offer. (This
-        # counts on even material scoring exactly 0; a finer evaluation may need another ending.)
-        engine.send("force", "setboard 8/8/3k4/8/8/8/r7/4K2R w - - 0 1", "st 1", "go")
+        # A queen down, White has nothing better than a perpetual check: two searches in a row at
+        # exactly the draw score bring the offer.
+        engine.send("force", "setboard 6k1/ppp3p1/8/7Q/8/8/q4PPP/6K1 w - - 0 1", "st 1", "go")
         match, before = engine.wait_for(MOVE, 10)
         expect_equal(before, [], "no offer after the first search")
         engine.send("hint")
