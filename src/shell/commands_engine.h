@@ -7,6 +7,7 @@
 
 #include "chess/user_board.h"
 #include "shell/command.h"
+#include "shell/commands_bitbase_jobs.h"
 
 namespace BraskInterfaces {
 
@@ -100,18 +101,6 @@ class Command_Probe : public Command {
 
  private:
   UserBoard board;
-};
-
-class Command_Generate : public Command_Unavailable {
- public:
-  explicit Command_Generate(std::string line)
-      : Command_Unavailable(std::move(line), true, "endgame databases") {}
-};
-
-class Command_Verify : public Command_Unavailable {
- public:
-  explicit Command_Verify(std::string line)
-      : Command_Unavailable(std::move(line), true, "endgame databases") {}
 };
 
 class Command_OptimizePiece : public Command_Unavailable {
