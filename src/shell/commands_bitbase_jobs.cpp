@@ -1,6 +1,5 @@
 #include "shell/commands_bitbase_jobs.h"
 
-#include <functional>
 
 #include "bitbases/bit_array.h"
 #include "bitbases/generate_special_bitbases.h"
@@ -211,6 +210,11 @@ std::string ArgumentOf(const std::string& line) {
 
 enum class Purpose { generation, verification };
 
+// A job list that cannot be read, with the command's error text.
+struct JobListError {
+  std::string text;
+};
+
 struct JobTexts {
   const char* all;
   const char* generic_error;
@@ -224,12 +228,11 @@ constexpr JobTexts VERIFICATION_TEXTS{VERIFICATION_JOBS,
                                       "Could not parse generic bitbase verification command (",
                                       "Could not parse verify job description '"};
 
-std::unique_ptr<AbstractJob> MakeJob(const std::string& word, Purpose purpose,
-                                     const std::function<void(const std::string&)>& fail) {
+std::unique_ptr<AbstractJob> MakeJob(const std::string& word, Purpose purpose) {
   const bool generating = purpose == Purpose::generation;
   const JobTexts& texts = generating ? GENERATION_TEXTS : VERIFICATION_TEXTS;
   if (word == "single_pawn") {
-    if (generating) fail("Support for single pawn bitbase generation disabled");
+    if (generating) throw JobListError{"Support for single pawn bitbase generation disabled"};
     return std::make_unique<VerifySinglePawnBitbasesJob>();
   }
   if (word == "two_pawns") {
@@ -250,16 +253,14 @@ std::unique_ptr<AbstractJob> MakeJob(const std::string& word, Purpose purpose,
       if (generating) return std::make_unique<GenerateGenericBitbasesJob>(std::move(description));
       return std::make_unique<VerifyGenericBitbasesJob>(std::move(description));
     } catch (const GenericBitbaseJobDescription::ParseError& error) {
-      fail(texts.generic_error + error.Text() + ")");
+      throw JobListError{texts.generic_error + error.Text() + ")"};
     }
   }
-  fail(texts.unknown_job + word + "'");
-  return nullptr;
+  throw JobListError{texts.unknown_job + word + "'"};
 }
 
-// Every job of the argument, or an ErrorCommand before any has run.
-JobList ParseJobs(const std::string& argument, Purpose purpose,
-                  const std::function<void(const std::string&)>& fail) {
+// Every job of the argument; JobListError before any has run.
+JobList ParseJobs(const std::string& argument, Purpose purpose) {
   const JobTexts& texts = purpose == Purpose::generation ? GENERATION_TEXTS : VERIFICATION_TEXTS;
   // Bracketed parts stay one word with their brackets, so that "generic[3, 4]" is one job.
   std::vector<std::string> words;
@@ -267,10 +268,10 @@ JobList ParseJobs(const std::string& argument, Purpose purpose,
     words = BraskUtils::Tokenize(argument == "all" ? std::string(texts.all) : argument,
                                  BraskUtils::WHITESPACE, "\"'[{", "\"']}", "[]");
   } catch (const BraskUtils::tokenize_exception&) {
-    fail("Could not parse job list: a bracket or quotation mark is not closed");
+    throw JobListError{"Could not parse job list: a bracket or quotation mark is not closed"};
   }
   JobList jobs;
-  for (const std::string& word : words) jobs.push_back(MakeJob(word, purpose, fail));
+  for (const std::string& word : words) jobs.push_back(MakeJob(word, purpose));
   return jobs;
 }
 
@@ -293,7 +294,11 @@ void Command_Generate::Execute(GameState& game) {
   }
   if (!checked) {
     RequireForceMode(game);
-    jobs_ = ParseJobs(argument_, Purpose::generation, [this](const std::string& text) { Fail(text); });
+    try {
+      jobs_ = ParseJobs(argument_, Purpose::generation);
+    } catch (const JobListError& error) {
+      Fail(error.text);
+    }
     checked = true;
   }
   for (const auto& job : jobs_) {
@@ -332,8 +337,11 @@ void Command_Verify::Execute(GameState& game) {
   }
   if (!checked) {
     RequireForceMode(game);
-    jobs_ = ParseJobs(argument_, Purpose::verification,
-                      [this](const std::string& text) { Fail(text); });
+    try {
+      jobs_ = ParseJobs(argument_, Purpose::verification);
+    } catch (const JobListError& error) {
+      Fail(error.text);
+    }
     checked = true;
   }
   TimePoint start;
