@@ -116,8 +116,8 @@ bool TwoPawnsFileAgrees(const Board& board, int expected) {
   const int entry = ProbeTwoPawns(int(board.side_on_move), int(board.white.king_square),
                                   int(board.black.king_square), FindLowestBit(board.white.pawns),
                                   FindLowestBit(board.black.pawns));
-  const int relative = board.side_on_move == WHITE ? expected : -expected;
-  return entry == (relative > 0 ? SPECIAL_WIN : relative < 0 ? SPECIAL_LOSS : SPECIAL_DRAW);
+  // Both the entry and the tablebase's score are relative to the side on move.
+  return entry == (expected > 0 ? SPECIAL_WIN : expected < 0 ? SPECIAL_LOSS : SPECIAL_DRAW);
 }
 
 }  // namespace
