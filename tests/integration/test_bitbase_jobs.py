@@ -174,6 +174,37 @@ def test_special_files_need_their_tablebases():
         home.close()
 
 
+def test_two_pawns_file_from_its_tablebase():
+    """Runs only where the table generator makes tables with pawns on both sides."""
+    with tempfile.TemporaryDirectory(prefix="brask-") as directory:
+        tool = os.path.join(os.path.abspath(sys.argv[1]), "brask-tbgen")
+        tables = os.path.join(directory, "tb")
+        made = subprocess.run([tool, "kpkp", "-o", tables], capture_output=True, timeout=TIMEOUT)
+        if made.returncode != 0:
+            print("     (no kpkp table from this generator: two_pawns left untested)")
+            return
+        home = Home()
+        try:
+            home.tables = tables
+            result = home.run(["generate two_pawns", "generate two_pawns"])
+            expect("Generating king+pawn vs king+pawn bitbases data file...done (" in result.stdout
+                   and "...skipped (file already exists)\n" in result.stdout, result.stdout)
+            path = os.path.join(home.path, "kp_kp.bbb")
+            expect_equal(os.path.getsize(path), 1179648, "size")
+            result = home.run(["verify two_pawns"])
+            expect(re.search(r"Verifying bitbase 'two_pawns'\.\.\.passed \(\d+ positions\)",
+                             result.stdout), result.stdout)
+            with open(path, "r+b") as file:
+                file.seek(600000)
+                file.write(bytes(64 * [0xff]))
+            result = home.run(["verify two_pawns"])
+            expect("Verifying bitbase 'two_pawns'...failed\n" in result.stdout, result.stdout)
+            expect("Error in two_pawns bitbase.\nPosition reports wrong result.\n" in result.log,
+                   "no report")
+        finally:
+            home.close()
+
+
 def test_interrupted_generation_leaves_no_file():
     home = Home("kqkr")  # four pieces: the generation runs long enough to be cut off
     try:
@@ -216,4 +247,5 @@ def test_generation_as_a_startup_option():
 if __name__ == "__main__":
     run_tests([test_job_lists_and_refusals, test_verify_without_tablebases,
                test_generate_restart_verify_and_damage, test_special_files_need_their_tablebases,
-               test_interrupted_generation_leaves_no_file, test_generation_as_a_startup_option])
+               test_two_pawns_file_from_its_tablebase, test_interrupted_generation_leaves_no_file,
+               test_generation_as_a_startup_option])
