@@ -1,6 +1,5 @@
 #include "evaluation/ending_test_support.h"
 
-#include "evaluation/evaluate.h"
 #include "evaluation/pawn_structure.h"
 #include "search/hash.h"
 #include "search/position_type.h"
@@ -16,11 +15,6 @@ void PreparedState(EvaluationState& evaluation, const Board& board) {
   ClearHashTables();
   evaluation.Reset();
   PreparePawns(evaluation, board, ClassifyPosition(board, UNCLASSIFIED));
-}
-
-int ExactValue(const Board& board) {
-  ClearHashTables();
-  return EvaluatePosition(board);
 }
 
 }  // namespace EndingTests

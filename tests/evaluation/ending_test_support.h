@@ -1,5 +1,5 @@
 // Shared by the tests of the ending evaluation: a state prepared as the driver leaves it for an
-// evaluator, and values on empty hash tables.
+// evaluator, and empty hash tables.
 #pragma once
 
 #include "chess/board.h"
@@ -15,8 +15,5 @@ void ClearHashTables();
 
 // The state after the driver's preparation: pawns listed and passers found.
 void PreparedState(EvaluationState& evaluation, const Board& board);
-
-// The value of an evaluation with neutral settings and empty hash tables.
-int ExactValue(const Board& board);
 
 }  // namespace EndingTests

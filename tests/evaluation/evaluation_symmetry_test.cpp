@@ -71,6 +71,18 @@ const char* const CHOSEN[] = {
     "r1b1k2r/ppppqppp/2n2n2/4N3/1b2P3/2N5/PPPP1PPP/R1BQKB1R w KQkq - 0 6",
     "4r1k1/pp3ppp/8/3N4/3P4/8/PP3PPP/4R1K1 w - - 0 1",
     "rn2k2r/pp3ppp/8/2q5/8/8/PP3PPP/R3K2R w KQkq - 0 1",
+    "8/5pk1/6p1/8/3R4/6P1/5PK1/1r6 w - - 0 1",  // ending: rooks
+    "6k1/5p2/6p1/8/1q6/6P1/4QPK1/8 b - - 0 1",  // ending: queens
+    "8/4kp2/6p1/3n4/8/2B3P1/5PK1/8 w - - 0 1",  // ending: knight against bishop
+    "8/4kp2/b5p1/8/8/2B3P1/5PK1/8 b - - 0 1",  // ending: opposite bishops
+    "8/5k2/8/8/P7/8/6P1/3B2K1 w - - 0 1",  // ending: bishop and pawns
+    "8/5k2/8/8/P7/8/8/3B2K1 b - - 0 1",  // ending: the wrong bishop
+    "8/8/3k4/8/3P4/8/5r2/R2K4 w - - 0 1",  // ending: rook and pawn against rook
+    "8/p4pk1/6p1/8/8/6P1/5PK1/8 w - - 0 1",  // ending: pawns
+    "8/8/1k6/8/8/8/2R5/4K3 b - - 0 1",  // ending: rook against the bare king
+    "8/8/1k6/3n4/8/8/2R5/4K3 w - - 0 1",  // ending: rook against knight
+    "7k/8/8/8/8/8/2B5/1N2K3 w - - 0 1",  // ending: bishop and knight
+    "2r3k1/5ppp/8/8/8/8/5PPP/3Q2K1 w - - 0 1",  // ending: queen against rook
 };
 
 }  // namespace

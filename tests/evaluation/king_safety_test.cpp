@@ -161,44 +161,33 @@ TEST(KingSafetyTerm, WorkedThroughWithoutQueens) {
 }
 
 TEST(KingSafetyTerm, KingInTheCentreIsJudgedByTheBetterCastledPosition) {
-  // The king's units are those of the better castled position, whichever was looked at last.
+  // The king's units are those of the better castled position, whichever was looked at last;
+  // with f1 watched the short right counts as gone and the king is judged on e1. The rights cost
+  // centre units before any shelter is looked at.
   const struct {
     const char* fen;
-    int better;
+    Bitboard watched;
+    int judged_on;
+    ZoneUnits black_centre;
   } cases[] = {
-      {"r3k2r/pppppppp/8/8/8/8/5PPP/R3K2R w KQkq - 0 1", G1},
-      {"r3k2r/pppppppp/8/8/8/8/PPP5/R3K2R w KQkq - 0 1", B1},
+      {"r3k2r/pppppppp/8/8/8/8/5PPP/R3K2R w KQkq - 0 1", 0, G1, {-4, -6}},
+      {"r3k2r/pppppppp/8/8/8/8/PPP5/R3K2R w KQkq - 0 1", 0, B1, {-4, -6}},
+      {"4k3/pppppppp/8/8/8/8/5PPP/4K2R w K - 0 1", SquareBit(F1), E1, {0, 0}},
   };
   for (const auto& c : cases) {
     const Board board = BoardFromFen(c.fen);
-    EvaluationState evaluation;
+    EvaluationState evaluation, reference;
     PrepareForPieceTerms(evaluation, board);
-    EvaluationState reference;
     PrepareForPieceTerms(reference, board);
-    // The rights cost units before any shelter is looked at.
+    evaluation.attacked[BLACK] |= c.watched;
+    reference.attacked[BLACK] |= c.watched;
     reference.zone_units[WHITE][CENTRE] = {-4, -6};
-    reference.zone_units[BLACK][CENTRE] = {-4, -6};
-    KingShelter(reference, board, c.better, WHITE);
+    reference.zone_units[BLACK][CENTRE] = c.black_centre;
+    KingShelter(reference, board, c.judged_on, WHITE);
     KingSafetyTerm(evaluation, board);
     EXPECT_EQ(evaluation.king_attack[WHITE], reference.king_attack[WHITE]) << c.fen;
     EXPECT_EQ(evaluation.king_defence[WHITE], reference.king_defence[WHITE]) << c.fen;
   }
-}
-
-TEST(KingSafetyTerm, AWatchedSquareOnTheWayTakesTheRightForNow) {
-  // With f1 watched the right counts as gone: judged on e1, the rights' cost still paid.
-  const Board board = BoardFromFen("4k3/pppppppp/8/8/8/8/5PPP/4K2R w K - 0 1");
-  EvaluationState watched;
-  PrepareForPieceTerms(watched, board);
-  watched.attacked[BLACK] |= SquareBit(F1);
-  KingSafetyTerm(watched, board);
-  EvaluationState reference;
-  PrepareForPieceTerms(reference, board);
-  reference.attacked[BLACK] |= SquareBit(F1);
-  reference.zone_units[WHITE][CENTRE] = {-4, -6};
-  KingShelter(reference, board, E1, WHITE);
-  EXPECT_EQ(watched.king_attack[WHITE], reference.king_attack[WHITE]);
-  EXPECT_EQ(watched.king_defence[WHITE], reference.king_defence[WHITE]);
 }
 
 TEST(ZoneBalanceTerm, PlayForAPawn) {
