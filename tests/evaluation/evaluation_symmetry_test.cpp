@@ -1,5 +1,6 @@
-// Properties of the whole evaluation over many positions from random play: both colours are
-// judged alike under every personality, and the early answers agree with the full score.
+// Properties of the whole evaluation over positions from random play, played games and chosen
+// rules: both colours are judged alike under every personality, and the early answers agree
+// with the full score.
 #include <gtest/gtest.h>
 
 #include <random>
