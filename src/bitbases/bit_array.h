@@ -39,9 +39,27 @@ class BitArray {
   int Get2(std::uint32_t index) const {
     return int(vector_.contains(index)) + 2 * int(vector_.contains(index + 1));
   }
+  bool Get1(std::uint32_t index) const { return vector_.contains(index); }
   void Set2(std::uint32_t index, int value);
   // Inclusive on both ends, in either order.
   void SetRange(std::uint32_t first, std::uint32_t last, bool bit);
+
+  // Calls run(first, last) for each maximal run of set bits, in ascending order.
+  template <typename Run>
+  void ForEachRun(Run&& run) const {
+    bool open = false;
+    std::uint32_t first = 0, last = 0;
+    for (std::uint32_t bit : vector_) {
+      if (open && bit == last + 1) {
+        last = bit;
+        continue;
+      }
+      if (open) run(first, last);
+      first = last = bit;
+      open = true;
+    }
+    if (open) run(first, last);
+  }
 
   std::size_t MemoryUsage() const { return vector_.getSizeInBytes(); }
   std::uint32_t Bits() const { return bits_; }

@@ -73,12 +73,6 @@ void Command_ResizeHashtable::Execute(GameState& game) {
   finished = true;
 }
 
-// Missing machinery is no fault of the user's: start-up passes over the refusal.
-void Command_Unavailable::Execute(GameState& game) {
-  if (needs_force_mode) RequireForceMode(game);
-  throw IgnorableErrorCommand(ErrorCommand::error, what + " not available in this version", line);
-}
-
 }  // namespace BraskInterfaces
 
 namespace BraskInterfaces {

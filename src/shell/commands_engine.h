@@ -7,6 +7,7 @@
 
 #include "chess/user_board.h"
 #include "shell/command.h"
+#include "shell/commands_bitbase_jobs.h"
 
 namespace BraskInterfaces {
 
@@ -29,16 +30,6 @@ class Command_DisplayPersonality : public Command {
  public:
   using Command::Command;
   void Execute(GameState& game) override;
-};
-
-// Commands whose machinery the engine does not have yet: they check what they can and refuse.
-class Command_Unavailable : public Command {
- public:
-  Command_Unavailable(std::string line, bool needs_force_mode, std::string what)
-      : Command(std::move(line)), needs_force_mode(needs_force_mode), what(std::move(what)) {}
-  void Execute(GameState& game) override;
-  bool needs_force_mode;
-  std::string what;
 };
 
 class Command_Eval : public Command {
@@ -100,18 +91,6 @@ class Command_Probe : public Command {
 
  private:
   UserBoard board;
-};
-
-class Command_Generate : public Command_Unavailable {
- public:
-  explicit Command_Generate(std::string line)
-      : Command_Unavailable(std::move(line), true, "endgame databases") {}
-};
-
-class Command_Verify : public Command_Unavailable {
- public:
-  explicit Command_Verify(std::string line)
-      : Command_Unavailable(std::move(line), true, "endgame databases") {}
 };
 
 // A developer's aid: reads a square from standard input and looks for the square where the

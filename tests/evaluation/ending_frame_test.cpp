@@ -11,7 +11,6 @@
 namespace {
 
 using EndingTests::ColourFlipped;
-using EndingTests::ExactValue;
 
 TEST(EndingFrame, BoundKeepsTheSideThatCannotMateAtTheDrawValueAtBest) {
   const struct {
@@ -126,29 +125,6 @@ TEST(EndingFrame, KingTerm) {
   // A queen and two defenders: 100 - KingCover[2]; Black's rook alone is no attack.
   EXPECT_EQ(EndingKingTerm(BoardFromFen("4k3/3pp3/8/8/8/8/8/3QK2r w - - 0 1")),
             2 * 12 - 8 + 100 - 30);
-}
-
-// The evaluation is the same for the side on move when the colours are exchanged; only where
-// neither side can mate does the bound favour Black.
-TEST(EndingFrame, ColourFlippedEndingsEvaluateTheSame) {
-  for (const char* fen : {
-           "8/5pk1/6p1/8/3R4/6P1/5PK1/1r6 w - - 0 1",          // rooks
-           "6k1/5p2/6p1/8/1q6/6P1/4QPK1/8 b - - 0 1",          // queens
-           "8/4kp2/6p1/3n4/8/2B3P1/5PK1/8 w - - 0 1",          // knight against bishop
-           "8/4kp2/b5p1/8/8/2B3P1/5PK1/8 b - - 0 1",          // opposite bishops
-           "8/5k2/8/8/P7/8/6P1/3B2K1 w - - 0 1",               // bishop and pawns
-           "8/5k2/8/8/P7/8/8/3B2K1 b - - 0 1",                 // the wrong bishop
-           "8/8/3k4/8/3P4/8/5r2/R2K4 w - - 0 1",               // rook and pawn against rook
-           "8/p4pk1/6p1/8/8/6P1/5PK1/8 w - - 0 1",             // pawns
-           "8/8/1k6/8/8/8/2R5/4K3 b - - 0 1",                  // rook against the bare king
-           "8/8/1k6/3n4/8/8/2R5/4K3 w - - 0 1",                // rook against knight
-           "7k/8/8/8/8/8/2B5/1N2K3 w - - 0 1",                 // bishop and knight
-           "2r3k1/5ppp/8/8/8/8/5PPP/3Q2K1 w - - 0 1",          // queen against rook
-       }) {
-    SCOPED_TRACE(fen);
-    const Board board = BoardFromFen(fen);
-    EXPECT_EQ(ExactValue(board), ExactValue(ColourFlipped(board)));
-  }
 }
 
 }  // namespace

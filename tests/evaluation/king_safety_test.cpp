@@ -27,39 +27,21 @@ struct ShelterCase {
 
 TEST(KingShelter, PawnsInFrontOpenFilesAndStorms) {
   const ShelterCase cases[] = {
-      // g-file: (+6, +2). f2 and h2: 2 x (+20, +28). g2 missing, g3 empty too: bare,
-      // (-12, -14), defence -10, and a gap on the g-file. No enemy pawns: three open files,
-      // (-9, -18), attack +13. One missing with the gap: (-20, -30), defence -10.
-      // (6 + 40 - 12 - 9 - 20, 2 + 56 - 14 - 18 - 30) = (5, -4).
+      // (6, 2); f2 h2 (40, 56); g bare (-12, -14); three open files (-9, -18); gap (-20, -30).
       {"g-pawn gone", "6k1/8/8/8/8/8/5P1P/6K1 w - - 0 1", G1, {5, -4}, 13, -20, 1, 3},
-      // All three in front: (+60, +84), with neighbours; none missing: (+15, +26), defence +14.
-      // Three open files: (-9, -18), attack +13. (6 + 60 + 15 - 9, 2 + 84 + 26 - 18) = (72, 94).
+      // (6, 2); three pawns (60, 84); none missing (15, 26); three open files (-9, -18).
       {"intact", "6k1/8/8/8/8/8/5PPP/6K1 w - - 0 1", G1, {72, 94}, 13, 14, 0, 3},
-      // Intact as above but only the f-file open: (0, -6), attack +4. Storm on g4 (rank 3):
-      // (-5, -13), attack +7; it meets own pawn attacks on g3 one rank down: (-3, -8), attack
-      // +10. Storm on h5 (rank 4): (-3, -8), attack +4; own pawn attacks on h3 two ranks down:
-      // (-1, -5), attack +8. (6 + 60 + 15 - 0 - 5 - 3 - 3 - 1, 2 + 84 + 26 - 6 - 13 - 8 - 8 - 5).
+      // Intact, f open (0, -6); storm g4 (-5, -13) met on g3 (-3, -8), h5 (-3, -8) on h3 (-1, -5).
       {"storm", "6k1/8/8/7p/6p1/8/5PPP/6K1 w - - 0 1", G1, {69, 72}, 33, 14, 0, 3},
-      // Storm on f4 and g4 (rank 3): (-5, -13) and attack +7 each; each meets own pawn attacks
-      // one rank down: (-3, -8), attack +10 each. f4 has a partner on g4: (-5, -16), attack +6.
-      // A knight behind g4: (+4, +8), attack -2. Only the h-file open: (0, -6), attack +4.
-      // (6 + 60 + 15 - 0 - 5 - 3 - 5 - 5 - 3 + 4, 2 + 84 + 26 - 6 - 13 - 8 - 16 - 13 - 8 + 8).
+      // Storms f4 g4 (-5, -13) each, met (-3, -8); f4's partner (-5, -16); knight behind (+4, +8).
       {"storm with a partner", "6k1/8/8/6n1/5pp1/8/5PPP/6K1 w - - 0 1", G1, {64, 56}, 42, 14, 0,
        3},
-      // On the a-file the file to its left is skipped: two files at most, both open: (-6, -12),
-      // attack +9. a2 and b2 (+40, +56); b2 has a neighbour; none missing: (+15, +26).
-      // (2 + 40 - 6 + 15, 2 + 56 - 12 + 26) = (51, 72).
+      // a-file: two files at most, both open (-6, -12); a2 b2 (40, 56); none missing (15, 26).
       {"a-file", "6k1/8/8/8/8/8/PP6/K7 w - - 0 1", A1, {51, 72}, 9, 14, 0, 2},
-      // Out on the third rank: (-120, -200), attack = the enemy's units + 10, whatever stands
-      // around it.
+      // Out on the third rank: (-120, -200), attack the enemy's units + 10, whatever stands around.
       {"third rank", "6k1/8/8/8/8/5PKP/5PPP/8 w - - 0 1", G3, {-120, -200}, 10, 0, 0, 0},
-      // On the second rank, h2: (+6, +2); (-6, -14) and defence -8, then judged from h1. g2 and
-      // h2... are the squares in front of h1: g2 holds a pawn (+20, +28), h2 the king: missing,
-      // h3 holds a pawn (+13, +22). Two files open: (-6, -12), attack +9. One missing,
-      // neighbours not counted (h2 has no pawn): (+3, +10), defence +8.
-      // (6 - 6 + 20 + 13 - 6 + 3, 2 - 14 + 28 + 22 - 12 + 10) = (30, 36).
+      // h2 (6 - 6, 2 - 14), then from h1: g2 (20, 28), h3 (13, 22), two open (-6, -12), (3, 10).
       {"second rank", "6k1/8/8/8/8/7P/6PK/8 w - - 0 1", H2, {30, 36}, 9, 0, 1, 1},
-      // Black's king is judged the same way from its own side: the g-pawn case mirrored.
       {"black g-pawn gone", "6k1/5p1p/8/8/8/8/8/6K1 b - - 0 1", G8, {5, -4}, 13, -20, 1, 3},
   };
   for (const ShelterCase& c : cases) {
@@ -86,14 +68,11 @@ TEST(KingShelter, WingUnitsBecomeTheKingsUnits) {
     int attack;
     int defence;
   } cases[] = {
-      // Kingside: enemy centre / 4 + kingside, own centre / 2 + kingside; then the shelter's own
-      // numbers: g1 is intact (attack +13, defence +14).
+      // Enemy centre / 4 + wing, own centre / 2 + wing, then the shelter's own (+13, +14).
       {G1, 20 / 4 + 7 + 13, 9 / 2 + 3 + 14},
-      // Queenside, no pawns: three open files +13, three missing fronts -16, each file bare
-      // -10, the b-file gap's pawn check finds none.
+      // No pawns: three open files +13, three missing fronts -16, three bare files -30.
       {B1, 20 / 4 + 5 + 13, 9 / 2 + 4 - 16 - 30},
-      // Centre: every wing's attack, the own centre's defence. Three open files +13; d2 and
-      // e2 missing and bare -20, two missing in front -9.
+      // Every wing's attack, the own centre's defence; d2 e2 bare -20, two missing -9.
       {E1, 5 + 7 + 20 + 13, 9 - 20 - 9},
   };
   for (const auto& c : cases) {
@@ -112,8 +91,7 @@ TEST(KingShelter, WingUnitsBecomeTheKingsUnits) {
 }
 
 TEST(ShelterAt, KingOnTheCOrFFileLeansToItsWing) {
-  // c1 counts three parts b1 and one part d1, and keeps the units found at b1; f1 likewise with
-  // g1 and e1.
+  // c1 is three parts b1 and one part d1, with b1's units; f1 likewise with g1 and e1.
   const Board board = BoardFromFen("6k1/8/8/8/8/8/PPP2PPP/2K5 w - - 0 1");
   const struct {
     int square;
@@ -170,16 +148,8 @@ TEST(CornerTerm, LoosePawnBeforeTheKingAndTheBackRank) {
 }
 
 TEST(KingSafetyTerm, WorkedThroughWithoutQueens) {
-  // White, king g1 without castling: the g-pawn gone against f7 g7 h7, so no open file:
-  // (6 + 20 - 12 + 20 + 6 - 20, 2 + 28 - 14 + 28 + 12 - 30) = (20, 26), attack -6. The corner
-  // gap g2 holds no enemy pawn: nothing. w = (-20, -100) + (20, 26) = (0, -74).
-  // Black, king g8 behind f7 g7 h7, only the g-file open: (6 + 60 + 15, 2 + 84 + 26 - 6) =
-  // (81, 106). Back rank quiet. b = (-20 + 81, -100 + 106) = (61, 6).
-  // No queens: b = (61 * 3 / 8, 6 * 3 / 8) = (22, 2); w = (0, -74 * 3 / 8) = (0, -27).
-  // Openness 8: scale 8 / 8, weight 1.2: w = (0, trunc(-32.4 + 0.5)) = (0, -31) (towards zero);
-  // b = (trunc(26.4 + 0.5), trunc(2.4 + 0.5)) = (26, 2).
-  // White's reckless is negative: times 0.2 + AttackCurve(-6) = 0.2: -6.2 rounds to -6.
-  // w - b = (0 - 26, -6 - 2).
+  // w = (-20, -100) + shelter (20, 26), b = (-20, -100) + (81, 106); no queens: times 3 / 8,
+  // w = (0, -27), b = (22, 2); weight 1.2: w = (0, -31), b = (26, 2); w reckless * 0.2: -6.
   const Board board = BoardFromFen("6k1/5ppp/8/8/8/8/5P1P/6K1 w - - 0 1");
   EvaluationState evaluation;
   PrepareForPieceTerms(evaluation, board);
@@ -191,46 +161,33 @@ TEST(KingSafetyTerm, WorkedThroughWithoutQueens) {
 }
 
 TEST(KingSafetyTerm, KingInTheCentreIsJudgedByTheBetterCastledPosition) {
-  // Kingside intact, queenside bare, and the mirror: the king's units are those of the better
-  // side, whichever was looked at last.
+  // The king's units are those of the better castled position, whichever was looked at last;
+  // with f1 watched the short right counts as gone and the king is judged on e1. The rights cost
+  // centre units before any shelter is looked at.
   const struct {
     const char* fen;
-    int better;
+    Bitboard watched;
+    int judged_on;
+    ZoneUnits black_centre;
   } cases[] = {
-      {"r3k2r/pppppppp/8/8/8/8/5PPP/R3K2R w KQkq - 0 1", G1},
-      {"r3k2r/pppppppp/8/8/8/8/PPP5/R3K2R w KQkq - 0 1", B1},
+      {"r3k2r/pppppppp/8/8/8/8/5PPP/R3K2R w KQkq - 0 1", 0, G1, {-4, -6}},
+      {"r3k2r/pppppppp/8/8/8/8/PPP5/R3K2R w KQkq - 0 1", 0, B1, {-4, -6}},
+      {"4k3/pppppppp/8/8/8/8/5PPP/4K2R w K - 0 1", SquareBit(F1), E1, {0, 0}},
   };
   for (const auto& c : cases) {
     const Board board = BoardFromFen(c.fen);
-    EvaluationState evaluation;
+    EvaluationState evaluation, reference;
     PrepareForPieceTerms(evaluation, board);
-    EvaluationState reference;
     PrepareForPieceTerms(reference, board);
-    // The rights cost units before any shelter is looked at.
+    evaluation.attacked[BLACK] |= c.watched;
+    reference.attacked[BLACK] |= c.watched;
     reference.zone_units[WHITE][CENTRE] = {-4, -6};
-    reference.zone_units[BLACK][CENTRE] = {-4, -6};
-    KingShelter(reference, board, c.better, WHITE);
+    reference.zone_units[BLACK][CENTRE] = c.black_centre;
+    KingShelter(reference, board, c.judged_on, WHITE);
     KingSafetyTerm(evaluation, board);
     EXPECT_EQ(evaluation.king_attack[WHITE], reference.king_attack[WHITE]) << c.fen;
     EXPECT_EQ(evaluation.king_defence[WHITE], reference.king_defence[WHITE]) << c.fen;
   }
-}
-
-TEST(KingSafetyTerm, AWatchedSquareOnTheWayTakesTheRightForNow) {
-  // The right to castle short with f1 watched counts as gone: the king is judged on e1, with
-  // the rights' cost still paid.
-  const Board board = BoardFromFen("4k3/pppppppp/8/8/8/8/5PPP/4K2R w K - 0 1");
-  EvaluationState watched;
-  PrepareForPieceTerms(watched, board);
-  watched.attacked[BLACK] |= SquareBit(F1);
-  KingSafetyTerm(watched, board);
-  EvaluationState reference;
-  PrepareForPieceTerms(reference, board);
-  reference.attacked[BLACK] |= SquareBit(F1);
-  reference.zone_units[WHITE][CENTRE] = {-4, -6};
-  KingShelter(reference, board, E1, WHITE);
-  EXPECT_EQ(watched.king_attack[WHITE], reference.king_attack[WHITE]);
-  EXPECT_EQ(watched.king_defence[WHITE], reference.king_defence[WHITE]);
 }
 
 TEST(ZoneBalanceTerm, PlayForAPawn) {

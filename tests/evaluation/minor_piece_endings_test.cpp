@@ -69,12 +69,9 @@ TEST(EndingBishopsTerm, SquareMobilityAndTrappedBishops) {
     const char* fen;
     int value;
   } cases[] = {
-      // d4 12; off the rim it reaches e5, f6, g7, c3, b2, c5, b6, e3, f2 and stands on d4: ten
-      // squares give 2 * 10 - 15, the centre d4, e5 2 * 2, the ring f6, c3, c5, e3 (3 * 4) >> 1.
+      // d4 12; ten squares 2 * 10 - 15; centre d4 e5 2 * 2; ring f6 c3 c5 e3 (3 * 4) >> 1.
       {"k7/8/8/8/3B4/8/8/7K w - - 0 1", 12 + 5 + 4 + 6},
-      // Trapped on a7 by b6 and shut in by c7: a7 0; it reaches b8 on the rim and the pawn on
-      // b6, and stands on the rim itself: no square counts, -45. (b5 keeps the pawns from being
-      // passers that the bishop could attack.)
+      // a7 0; no square off the rim -45; trapped by b6, shut in by c7 -180 (or -100 without c7).
       {"7k/B1p5/1p6/1P6/8/8/8/7K w - - 0 1", 0 - 45 - 180},
       {"7k/B7/1p6/1P6/8/8/8/7K w - - 0 1", 0 - 45 - 100},
   };

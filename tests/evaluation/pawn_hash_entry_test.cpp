@@ -123,6 +123,9 @@ TEST(PawnHashEntry, TheUnitsWordsFollowTheFixedLayout) {
   EXPECT_EQ(entry.units[1], 10u << 20);   // White defence: wing 2 last
   EXPECT_EQ(entry.units[2], 4u << 10);    // Black attack
   EXPECT_EQ(entry.units[3], 1023u);       // Black defence
+  // A wing without a majority packs to nothing, whatever its other fields say.
+  const PawnMajority none[2] = {{NO_MAJORITY, 3, 2, FileMask(0)}, {}};
+  EXPECT_EQ(PackCounts(none, 0), 0u);
 }
 
 // The pawn terms of a position, once computed afresh (and stored), once read from the table.

@@ -143,8 +143,6 @@ TEST(PawnRaceTerm, PassersOnBothSidesAreDecidedByTheFileTableForTheSideOnMove) {
   } cases[] = {{0xFF, 150}, {0x55, -150}};
   for (const auto& c : cases) {
     UniformTwoPawnsTable table(c.byte);
-    if (BraskBitbases::ProbeTwoPawns(WHITE, E1, E8, E4, D5) == 0)
-      GTEST_SKIP() << "the file table is not read yet";
     for (const Board& position : {board, ColourFlipped(board)}) {
       EvaluationState evaluation;
       QuickTerm(evaluation, position);

@@ -40,8 +40,7 @@ constexpr Bitboard Bits(std::initializer_list<int> squares) {
 
 TEST(PassedPawnTerm, OnlyTheFrontmostPasserOfAFileCounts) {
   Prepared p("4k3/8/8/3P4/8/3P3p/8/4K3 w - - 0 1");
-  // White d5: rank 4, d-file: (30, 20) * 5 / 8 = (18, 12); d3 behind it does not count.
-  // Black h3: rank 5 from Black's side, h-file: (55, 46) * 7 / 8 = (48, 40).
+  // d5 (30, 20) * 5 / 8 (d3 behind it does not count); h3 (55, 46) * 7 / 8.
   EXPECT_EQ(p.passed, ScorePair(18 - 48, 12 - 40));
   EXPECT_EQ(p.evaluation.pawns[WHITE].frontmost_passed, SquareBit(D5));
   EXPECT_EQ(p.evaluation.pawns[WHITE].passed_rank[3], 4);
@@ -49,44 +48,40 @@ TEST(PassedPawnTerm, OnlyTheFrontmostPasserOfAFileCounts) {
   EXPECT_EQ(p.evaluation.pawns[WHITE].passed_count, 2);
 }
 
-TEST(PawnEndingTerm, ALonePassedPawn) {
-  Prepared p("4k3/8/8/3P4/8/8/8/4K3 w - - 0 1");
-  // d5 on the table: 7; isolated with nothing ahead: -14. No majority: the d-file alone is one
-  // pawn over four files.
-  EXPECT_EQ(PawnEndingTerm(p.evaluation, p.board), 7 - 14);
-}
-
-TEST(PawnEndingTerm, DoubledIsolatedPawnsMakeAOneFileMajority) {
-  Prepared p("4k3/8/8/8/P7/8/P7/4K3 w - - 0 1");
-  EXPECT_EQ(p.evaluation.pawns[WHITE].doubled, Bits({A2, A4}));
-  EXPECT_EQ(p.evaluation.pawns[WHITE].isolated, Bits({A2, A4}));
-  // Table a2 0 and a4 3; doubled, so the isolated term gives way to the doubled one: isolated
-  // with nothing in front of a4, -48. a4 is the frontmost passer, a2 neither duo nor defended.
-  // The a-file against none over a and b is a majority: +17, no candidate (a2 is on its second
-  // rank, a4 passed), and Black's king on e8 is on the other half: +18.
-  EXPECT_EQ(p.evaluation.majority[0].kind, WHITE_MAJORITY);
-  EXPECT_EQ(PawnEndingTerm(p.evaluation, p.board), 0 + 3 - 48 + 17 + 18);
-}
-
-TEST(PawnEndingTerm, AQueensideMajorityWithTheKingFarAway) {
-  Prepared p("6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1");
-  const PawnMajority& queenside = p.evaluation.majority[0];
-  EXPECT_EQ(queenside.kind, WHITE_MAJORITY);
+TEST(PawnEndingTerm, PassersDoubledPawnsAndMajorities) {
+  const struct {
+    const char* fen;
+    int expected;
+    int queenside_majority;
+  } cases[] = {
+      // d5: table 7, isolated with nothing ahead -14; one pawn over four files is no majority.
+      {"4k3/8/8/3P4/8/8/8/4K3 w - - 0 1", 7 - 14, NO_MAJORITY},
+      // a2 0, a4 3; doubled isolated -48; a-file against none is a majority +17, king far +18.
+      {"4k3/8/8/8/P7/8/P7/4K3 w - - 0 1", 0 + 3 - 48 + 17 + 18, WHITE_MAJORITY},
+      // Tables 8 - 4, duos 8 - 5; majority +17 without candidates, the king on g8 far +18.
+      {"6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1", (8 - 4) + (8 - 5) + 17 + 18, WHITE_MAJORITY},
+  };
+  for (const auto& c : cases) {
+    Prepared p(c.fen);
+    EXPECT_EQ(PawnEndingTerm(p.evaluation, p.board), c.expected) << c.fen;
+    EXPECT_EQ(p.evaluation.majority[0].kind, c.queenside_majority) << c.fen;
+    EXPECT_EQ(p.evaluation.majority[1].kind, NO_MAJORITY) << c.fen;
+  }
+  Prepared doubled("4k3/8/8/8/P7/8/P7/4K3 w - - 0 1");
+  EXPECT_EQ(doubled.evaluation.pawns[WHITE].doubled, Bits({A2, A4}));
+  EXPECT_EQ(doubled.evaluation.pawns[WHITE].isolated, Bits({A2, A4}));
+  const Prepared majority("6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1");
+  const PawnMajority& queenside = majority.evaluation.majority[0];
   EXPECT_EQ(queenside.files, 3);
   EXPECT_EQ(queenside.opposing_pawns, 2);
   EXPECT_EQ(queenside.mask, FileMask(0) | FileMask(1) | FileMask(2));
-  EXPECT_EQ(p.evaluation.majority[1].kind, NO_MAJORITY);
-  // Tables: White a2 b2 c2 = 0 + 4 + 4, Black a7 b7 = 0 + 4. Duos: White 2 + 3 + 3, Black
-  // 2 + 3. Nothing backward, isolated or passed. Majority +17 without candidates (all on their
-  // second rank), Black's king on g8 is far: +18.
-  EXPECT_EQ(PawnEndingTerm(p.evaluation, p.board), (8 - 4) + (8 - 5) + 17 + 18);
 }
 
 TEST(ConstructPawnEntry, ABackwardIsolatedPawnOnItsSecondRank) {
   Prepared p("4k3/8/8/4p3/8/8/3P4/4K3 w - - 0 1");
   const PawnBlock& white = p.evaluation.pawns[WHITE];
   const PawnBlock& black = p.evaluation.pawns[BLACK];
-  // d3 is free but d4 is Black's, and no white pawn can ever cover d3: d2 itself is backward.
+  // d4 is Black's and no white pawn can ever cover d3: d2 is backward.
   EXPECT_EQ(white.backward, SquareBit(D2));
   EXPECT_EQ(white.backward_low, SquareBit(D2));
   EXPECT_EQ(white.safe_advance, SquareBit(D3));
@@ -94,12 +89,8 @@ TEST(ConstructPawnEntry, ABackwardIsolatedPawnOnItsSecondRank) {
   EXPECT_EQ(black.safe_advance, SquareBit(E4));
 
   ConstructPawnEntry(p.evaluation, p.board, MiddlegamePawnPositional, MiddlegamePawnReckless);
-  // White d2: table (8, 0); backward low, d = 0: (-15, -12), attack[2] -3, defence[2] -8;
-  //   isolated, d = 0: (-18, -6), defence[2] -4.
-  // Black e5 (e4 from its side): table (18, 28); isolated: (-18, -6), defence[2] -4.
-  // Centre formation: White d2 with d3 free: attack[2] -4, defence[2] -2.
-  // Centre control: d4 held by Black and out of White's reach: (-4, -12), Black attack[2] +6;
-  //   e4 in White's reach only: (+2, +1), White defence[2] +2; d5 nobody's.
+  // d2: (8, 0), backward low (-15, -12), isolated (-18, -6); e5: (18, 28), isolated (-18, -6);
+  // d2 with d3 free: centre units -4/-2; d4 Black's (-4, -12), e4 in White's reach (+2, +1).
   const ScorePair expected = ScorePair(8 - 15 - 18, 0 - 12 - 6) - ScorePair(18 - 18, 28 - 6) +
                              ScorePair(-4, -12) + ScorePair(2, 1);
   EXPECT_EQ(ScorePair(p.evaluation.pawn_scores.positional, p.evaluation.pawn_scores.reckless),
@@ -148,14 +139,12 @@ struct DynamicCase {
 
 TEST(PawnStructureTerm, TermsThatNeedThePieces) {
   const DynamicCase cases[] = {
-      // Isolated d4 with a rook and a bishop, 8 piece points: (-18, -16). The dark bishop on e3
-      // defends d4: (0, -2), defence +2. The rook on d1: (+6, +6), defence +2.
+      // Isolated d4, 8 piece points (-18, -16); defended by e3 (0, -2); rook on d1 (+6, +6).
       {"6k1/8/8/8/3P4/4B3/8/3R2K1 w - - 0 1", IsolatedQueenPawnTerm, {-18 + 6, -16 - 2 + 6},
        {0, 4}, {0, 0}},
       // The rook behind the passed d4: (+5, +5); d5 is empty but d4 is only on rank 3.
       {"6k1/8/8/8/3P4/4B3/8/3R2K1 w - - 0 1", PassedPawnPiecesTerm, {5, 5}, {0, 0}, {0, 0}},
-      // Knight on d3 before d2: (-18, -28), attack -6, defence -4; bishop on c3 before c2:
-      // (-8, -10), attack -2. Black's e7 behind its knight on e6 is the mirror image.
+      // Nd3 before d2 (-18, -28), Bc3 before c2 (-8, -10); Black's Ne6 before e7 mirrors it.
       {"4k3/4p3/4n3/8/8/2BN4/2PP4/4K3 w - - 0 1", BlockedCentreTerm,
        {-18 - 8 + 18, -28 - 10 + 28}, {-8, -4}, {-6, -4}},
   };

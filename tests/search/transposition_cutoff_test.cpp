@@ -37,6 +37,14 @@ class TranspositionCutoffTest : public ::testing::Test {
     TRANSPOSITION_TABLE.Store(MakeBoundEntry(board.KeyAfterMove(move), REPLY, 15, 0, 1000,
                                              child_value, lower));
   }
+  bool Try(SearchBoard& board, Score beta) {
+    return TryTranspositionCutoff(board, board.move_stack, end, hash_move, value, node_flags, beta,
+                                  128);
+  }
+  Move hash_move = INVALID;
+  Score value = 0;
+  std::uint32_t node_flags = 0;
+  Move* end = nullptr;
   static constexpr Move REPLY = MakeMoveWord(G8, F8, KING);
   SettingsGuard guard;
   SerialSearch search;
@@ -86,12 +94,7 @@ TEST_F(TranspositionCutoffTest, AMoveWhoseChildFailsLowCutsTheNodeOff) {
   ASSERT_GT(generated - list, 3);
   const Score beta = 50;
   StoreChild(board, list[2], -500, false);  // below 1 - beta: the move reaches beta
-  Move hash_move = INVALID;
-  Score value = 0;
-  std::uint32_t node_flags = 0;
-  Move* end = nullptr;
-  EXPECT_TRUE(TryTranspositionCutoff(board, board.move_stack, end, hash_move, value, node_flags,
-                                     beta, 128));
+  EXPECT_TRUE(Try(board, beta));
   EXPECT_EQ(hash_move, list[2]);
   EXPECT_EQ(value, beta);
   EXPECT_EQ(board.ettc_tries, 1u);
@@ -107,12 +110,8 @@ TEST_F(TranspositionCutoffTest, RefutedMovesLeaveTheListButNotTheHashMove) {
   const Score beta = 50;
   StoreChild(board, list[0], 500, true);  // the child reaches its bound: the move fails
   StoreChild(board, list[1], 500, true);
-  Move hash_move = list[1];
-  Score value = 0;
-  std::uint32_t node_flags = 0;
-  Move* end = nullptr;
-  EXPECT_FALSE(TryTranspositionCutoff(board, board.move_stack, end, hash_move, value, node_flags,
-                                      beta, 128));
+  hash_move = list[1];
+  EXPECT_FALSE(Try(board, beta));
   EXPECT_EQ(end - board.move_stack, count - 1);
   EXPECT_EQ(std::count(board.move_stack, end, list[0]), 0);
   EXPECT_EQ(std::count(board.move_stack, end, list[1]), 1);
@@ -122,41 +121,26 @@ TEST_F(TranspositionCutoffTest, RefutedMovesLeaveTheListButNotTheHashMove) {
 
 TEST_F(TranspositionCutoffTest, ASingleLegalMoveIsNotLookedUp) {
   SearchBoard& board = Setup("7k/8/8/8/8/8/8/K5R1 b - - 0 1");
-  Move hash_move = INVALID;
-  Score value = 0;
-  std::uint32_t node_flags = 0;
-  Move* end = nullptr;
-  EXPECT_FALSE(TryTranspositionCutoff(board, board.move_stack, end, hash_move, value, node_flags,
-                                      0, 128));
+  EXPECT_FALSE(Try(board, 0));
   EXPECT_EQ(hash_move, board.move_stack[0]);
   EXPECT_TRUE(node_flags & SINGLE_REPLY);
   EXPECT_EQ(board.ettc_tries, 0u);
   EXPECT_EQ(board.nodes, 0u);
 }
 
-TEST_F(TranspositionCutoffTest, NothingIsTriedWithTheDefaults) {
+TEST_F(TranspositionCutoffTest, OffByDefaultAndSwitchedOnEverywhereTheSearchStillWinsTheQueen) {
   UserBoard game;
-  game.SetFEN("8/5pk1/6p1/8/3R4/6P1/5PK1/3r4 w - - 0 1");
+  game.SetFEN("4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1");  // the black queen hangs to the knight
   SearchRequest request;
-  request.max_depth = 5;
+  request.max_depth = 6;
   search.SearchWithoutHost(request, game);
   EXPECT_EQ(search.ettc_tries, 0u);
   EXPECT_EQ(search.ettc_cutoffs, 0u);
   enable_ettc = true;
-  only_use_ettc_on_cut_nodes = false;
-  TRANSPOSITION_TABLE.Clear();
-  search.SearchWithoutHost(request, game);
-}
-TEST_F(TranspositionCutoffTest, SwitchedOnEverywhereTheSearchStillWinsTheQueen) {
-  enable_ettc = true;
   only_use_ettc_in_endgames = false;
   only_use_ettc_on_cut_nodes = false;
   max_distance_for_ettc = 64000;
-  UserBoard game;
-  // The black queen on d4 hangs to the knight.
-  game.SetFEN("4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1");
-  SearchRequest request;
-  request.max_depth = 6;
+  TRANSPOSITION_TABLE.Clear();
   search.SearchWithoutHost(request, game);
   ASSERT_FALSE(search.best_line.empty());
   const std::string capture = search.best_line.front().text;
