@@ -50,3 +50,19 @@ TEST(SinglePawnBitbases, AgreesWithTheSolvedTablebaseOnEveryPosition) {
   EXPECT_EQ(compared, 331352);
   EXPECT_EQ(mismatches, 0);
 }
+
+TEST(SinglePawnBitbases, AnswersTheTextbookPositions) {
+  struct Case {
+    int king, pawn, bare_king;
+    bool draw_with_pawn_side_on_move, draw_with_bare_king_on_move;
+  };
+  const Case cases[] = {
+      {E5, E4, E7, true, false},   // the opposition decides
+      {E6, E5, E8, false, false},  // won whoever moves
+      {A6, A5, A8, true, true},    // the rook's pawn
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(IsDraw(0, c.pawn, c.king, c.bare_king), c.draw_with_pawn_side_on_move) << c.pawn;
+    EXPECT_EQ(IsDraw(1, c.pawn, c.king, c.bare_king), c.draw_with_bare_king_on_move) << c.pawn;
+  }
+}
