@@ -8,8 +8,8 @@ import sys
 
 SCRIPT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "match")
 loader = importlib.machinery.SourceFileLoader("match", SCRIPT)
-spec = importlib.util.spec_from_loader("match", loader)
-match = importlib.util.module_from_spec(spec)
+loader_spec = importlib.util.spec_from_loader("match", loader)
+match = importlib.util.module_from_spec(loader_spec)
 loader.exec_module(match)
 
 failures = []

@@ -9,8 +9,8 @@ import sys
 
 SCRIPT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "scripts", "tactics")
 loader = importlib.machinery.SourceFileLoader("tactics", SCRIPT)
-spec = importlib.util.spec_from_loader("tactics", loader)
-tactics = importlib.util.module_from_spec(spec)
+loader_spec = importlib.util.spec_from_loader("tactics", loader)
+tactics = importlib.util.module_from_spec(loader_spec)
 loader.exec_module(tactics)
 
 START = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"
