@@ -5,11 +5,6 @@
 #include <optional>
 #include <string>
 
-#include "evaluation/evaluate.h"
-#include "search/hash.h"
-#include "search/position_type.h"
-#include "support/random_positions.h"
-
 namespace {
 
 std::optional<std::int32_t> Parsed(const std::string& text) {
@@ -33,17 +28,7 @@ TEST(Personality, NamesNumbersAndTheSecondTryInCapitals) {
   for (const auto& c : cases) EXPECT_EQ(Parsed(c.text), c.value) << '"' << c.text << '"';
 }
 
-TEST(Personality, RandomInBothSpellingsStaysInReasonableBounds) {
-  for (const char* text : {"Random", "random"})
-    for (int draw = 0; draw < 200; ++draw) {
-      const std::optional<std::int32_t> value = Parsed(text);
-      ASSERT_TRUE(value.has_value());
-      EXPECT_GE(*value, -20);
-      EXPECT_LE(*value, 20);
-    }
-}
-
-TEST(Personality, AValueIsShownByItsFirstName) {
+TEST(Personality, AValueIsShownByItsFirstNameAndRandomStaysInReasonableBounds) {
   EXPECT_EQ(PersonalityName(0), "Brask");
   EXPECT_EQ(PersonalityName(1000), "Nurz");
   EXPECT_EQ(PersonalityName(-12), "Sorvath");
@@ -51,24 +36,10 @@ TEST(Personality, AValueIsShownByItsFirstName) {
   for (const auto& [name, value] : NamedPersonalities())
     EXPECT_EQ(Parsed(PersonalityName(value)), value) << name;
   EXPECT_EQ(NamedPersonalities().size(), 18u);
-}
-
-TEST(Personality, EndingsDoNotKnowIt) {
-  EVALUATION_HASH_TABLE.Clear();
-  int endings = 0;
-  for (const Board& board : RandomPositions(600, 4)) {
-    const int type = ClassifyPosition(board, UNCLASSIFIED);
-    if (type == OPENING || type == MIDDLEGAME) continue;
-    ++endings;
-    int values[2];
-    for (int i = 0; i < 2; ++i) {
-      EVALUATION_HASH_TABLE.Clear();
-      EvaluationState evaluation;
-      evaluation.settings->personality = std::int16_t(i == 0 ? 1000 : -1000);
-      values[i] = EvaluateExact(evaluation, board, type);
+  for (const char* text : {"Random", "random"})
+    for (int draw = 0; draw < 200; ++draw) {
+      const std::optional<std::int32_t> value = Parsed(text);
+      ASSERT_TRUE(value.has_value());
+      EXPECT_TRUE(*value >= -20 && *value <= 20) << *value;
     }
-    EXPECT_EQ(values[0], values[1]) << "type " << type;
-  }
-  EXPECT_GT(endings, 50);
-  EVALUATION_HASH_TABLE.Clear();
 }

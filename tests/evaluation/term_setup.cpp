@@ -1,9 +1,12 @@
-#include "piece_term_setup.h"
+#include "term_setup.h"
 
 #include "chess/bitboard.h"
 #include "chess/board_tables.h"
 #include "evaluation/material.h"
+#include "evaluation/pawn_structure.h"
 #include "evaluation/wings.h"
+#include "search/hash.h"
+#include "search/position_type.h"
 
 namespace {
 
@@ -55,4 +58,27 @@ void PrepareForPieceTerms(EvaluationState& evaluation, const Board& board, int o
     evaluation.attacked[colour] =
         BoardTables.KingAttacks[side.king_square] | evaluation.pawns[colour].pawn_attacks;
   }
+}
+
+void ClearHashTables() {
+  EVALUATION_HASH_TABLE.Clear();
+  PAWN_HASH_TABLE.Clear();
+}
+
+void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board) {
+  ClearHashTables();
+  evaluation.Reset();
+  PreparePawns(evaluation, board, ClassifyPosition(board, UNCLASSIFIED));
+}
+
+std::string UnitsText(const ZoneUnits (&units)[2][3]) {
+  std::string text;
+  for (int colour = WHITE; colour <= BLACK; ++colour)
+    for (int wing = QUEENSIDE; wing <= CENTRE; ++wing) {
+      const ZoneUnits u = units[colour][wing];
+      if (u.attack == 0 && u.defence == 0) continue;
+      text += std::string(text.empty() ? "" : " ") + "WB"[colour] + "QKC"[wing] + " " +
+              std::to_string(u.attack) + "/" + std::to_string(u.defence);
+    }
+  return text;
 }

@@ -1,0 +1,324 @@
+// Pawn terms of small positions, each worked out by hand from the rules of the pawn structure, and
+// the pawn hash entry, which keeps everything the pawn evaluation needs again: a hit must give
+// what a fresh computation gives.
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "evaluation/passed_pawns.h"
+#include "evaluation/pawn_entry_construction.h"
+#include "evaluation/pawn_hash_entry.h"
+#include "evaluation/pawn_majorities.h"
+#include "evaluation/pawn_sets.h"
+#include "evaluation/pawn_structure.h"
+#include "evaluation/pawn_structure_terms.h"
+#include "evaluation/pawn_tables.h"
+#include "search/hash.h"
+#include "search/position_type.h"
+#include "support/board_from_fen.h"
+#include "support/random_positions.h"
+#include "term_setup.h"
+
+namespace {
+
+// The pawn information of a position as a full evaluation prepares it without a hash table.
+struct Prepared {
+  explicit Prepared(const std::string& fen) : board(BoardFromFen(fen)) {
+    ListPawns(evaluation, board);
+    FindPassedPawns(evaluation, board);
+    passed = PassedPawnTerm(evaluation);
+    PrepareFileData(evaluation, board);
+    PrepareStructure(evaluation, board);
+  }
+  Board board;
+  EvaluationState evaluation;
+  ScorePair passed;
+};
+
+constexpr Bitboard Bits(std::initializer_list<int> squares) {
+  Bitboard set = 0;
+  for (int square : squares) set |= SquareBit(square);
+  return set;
+}
+
+// The fields of a pawn entry, compared as one.
+auto Fields(const PawnBlock& b) {
+  return std::tuple(b.passed, b.passed_count, b.isolated, b.backward, b.backward_low,
+                    b.obstructed, b.safe_advance, b.unreachable_centre);
+}
+auto Fields(const EvaluationState& e) {
+  return std::tuple(Fields(e.pawns[WHITE]), Fields(e.pawns[BLACK]), e.openness,
+                    std::tie(e.majority[0].kind, e.majority[0].files, e.majority[0].opposing_pawns,
+                             e.majority[0].mask),
+                    std::tie(e.majority[1].kind, e.majority[1].files, e.majority[1].opposing_pawns,
+                             e.majority[1].mask));
+}
+
+}  // namespace
+
+TEST(PassedPawnTerm, OnlyTheFrontmostPasserOfAFileCounts) {
+  Prepared p("4k3/8/8/3P4/8/3P3p/8/4K3 w - - 0 1");
+  // d5 (30, 20) * 5 / 8 (d3 behind it does not count); h3 (55, 46) * 7 / 8.
+  EXPECT_EQ(p.passed, ScorePair(18 - 48, 12 - 40));
+  EXPECT_EQ(p.evaluation.pawns[WHITE].frontmost_passed, SquareBit(D5));
+  EXPECT_EQ(p.evaluation.pawns[WHITE].passed_rank[3], 4);
+  EXPECT_EQ(p.evaluation.pawns[BLACK].passed_rank[7], 2);  // the board's rank, not Black's
+  EXPECT_EQ(p.evaluation.pawns[WHITE].passed_count, 2);
+}
+
+TEST(PawnEndingTerm, PassersDoubledPawnsAndMajorities) {
+  const struct {
+    const char* fen;
+    int expected;
+    int queenside_majority;
+  } cases[] = {
+      // A pawn ending with a passed pawn: d5 table 7, isolated with nothing ahead -14; one pawn
+      // over four files is no majority.
+      {"4k3/8/8/3P4/8/8/8/4K3 w - - 0 1", 7 - 14, NO_MAJORITY},
+      // a2 0, a4 3; doubled isolated -48; a-file against none is a majority +17, king far +18.
+      {"4k3/8/8/8/P7/8/P7/4K3 w - - 0 1", 0 + 3 - 48 + 17 + 18, WHITE_MAJORITY},
+      // Tables 8 - 4, duos 8 - 5; majority +17 without candidates, the king on g8 far +18.
+      {"6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1", (8 - 4) + (8 - 5) + 17 + 18, WHITE_MAJORITY},
+  };
+  for (const auto& c : cases) {
+    Prepared p(c.fen);
+    EXPECT_EQ(PawnEndingTerm(p.evaluation, p.board), c.expected) << c.fen;
+    EXPECT_EQ(p.evaluation.majority[0].kind, c.queenside_majority) << c.fen;
+    EXPECT_EQ(p.evaluation.majority[1].kind, NO_MAJORITY) << c.fen;
+  }
+  Prepared doubled("4k3/8/8/8/P7/8/P7/4K3 w - - 0 1");
+  EXPECT_EQ(doubled.evaluation.pawns[WHITE].doubled, Bits({A2, A4}));
+  EXPECT_EQ(doubled.evaluation.pawns[WHITE].isolated, Bits({A2, A4}));
+  const PawnMajority& queenside = Prepared("6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1").evaluation.majority[0];
+  EXPECT_EQ(std::tie(queenside.files, queenside.opposing_pawns), std::tuple(3, 2));
+  EXPECT_EQ(queenside.mask, FileMask(0) | FileMask(1) | FileMask(2));
+}
+
+TEST(ConstructPawnEntry, ABackwardIsolatedPawnOnItsSecondRank) {
+  Prepared p("4k3/8/8/4p3/8/8/3P4/4K3 w - - 0 1");
+  const PawnBlock& white = p.evaluation.pawns[WHITE];
+  const PawnBlock& black = p.evaluation.pawns[BLACK];
+  // d4 is Black's and no white pawn can ever cover d3: d2 is backward.
+  EXPECT_EQ(white.backward, SquareBit(D2));
+  EXPECT_EQ(white.backward_low, SquareBit(D2));
+  EXPECT_EQ(white.safe_advance, SquareBit(D3));
+  EXPECT_EQ(black.backward, 0u);
+  EXPECT_EQ(black.safe_advance, SquareBit(E4));
+
+  ConstructPawnEntry(p.evaluation, p.board, MiddlegamePawnPositional, MiddlegamePawnReckless);
+  // d2: (8, 0), backward low (-15, -12), isolated (-18, -6); e5: (18, 28), isolated (-18, -6);
+  // d4 Black's (-4, -12), e4 in White's reach (+2, +1).
+  const ScorePair expected = ScorePair(8 - 15 - 18, 0 - 12 - 6) - ScorePair(18 - 18, 28 - 6) +
+                             ScorePair(-4, -12) + ScorePair(2, 1);
+  EXPECT_EQ(ScorePair(p.evaluation.pawn_scores.positional, p.evaluation.pawn_scores.reckless),
+            expected);
+  // White's centre: attack -3 - 4, defence -8 - 4, and d2 with d3 free -2 + 2.
+  EXPECT_EQ(UnitsText(p.evaluation.pawn_scores.units), "WC -7/-12 BC 6/-4");
+  EXPECT_EQ(white.unreachable_centre, Bits({D4, D5}));
+  EXPECT_EQ(black.unreachable_centre, Bits({E4, D5}));
+}
+
+TEST(AdjacentPassers, AFileJoinsOnePairAtMost) {
+  const std::pair<std::vector<int>, std::vector<std::pair<int, int>>> cases[] = {
+      {{0, 1, 2}, {{0, 1}}}, {{0, 1, 2, 3}, {{0, 1}, {2, 3}}}, {{1, 2, 3}, {{1, 2}}},
+      {{0, 2, 4, 6}, {}},    {{6, 7}, {{6, 7}}},
+  };
+  for (const auto& [files, pairs] : cases) {
+    PawnBlock block{};
+    for (int file : files) block.passed_rank[file] = 4;
+    std::vector<std::pair<int, int>> found;
+    ForEachAdjacentPassers(block, [&](int a, int b) { found.emplace_back(a, b); });
+    EXPECT_EQ(found, pairs);
+  }
+}
+
+TEST(PawnStructureTerm, TermsThatNeedThePieces) {
+  const struct {
+    const char* fen;
+    ScorePair (*term)(EvaluationState&, const Board&);
+    ScorePair expected;
+    const char* units;
+  } cases[] = {
+      // Isolated d4, 8 piece points (-18, -16); defended by e3 (0, -2); rook on d1 (+6, +6).
+      {"6k1/8/8/8/3P4/4B3/8/3R2K1 w - - 0 1", IsolatedQueenPawnTerm, {-18 + 6, -16 - 2 + 6},
+       "WC 0/4"},
+      // The rook behind the passed d4: (+5, +5); d5 is empty but d4 is only on rank 3.
+      {"6k1/8/8/8/3P4/4B3/8/3R2K1 w - - 0 1", PassedPawnPiecesTerm, {5, 5}, ""},
+      // Nd3 before d2 (-18, -28), Bc3 before c2 (-8, -10); Black's Ne6 before e7 mirrors it.
+      {"4k3/4p3/4n3/8/8/2BN4/2PP4/4K3 w - - 0 1", BlockedCentreTerm,
+       {-18 - 8 + 18, -28 - 10 + 28}, "WC -8/-4 BC -6/-4"},
+      // Four against three on the queenside, Black's king on that side: (+5, +14).
+      {"2k5/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", MajorityKingTerm, {5, 14}, "WQ 5/0"},
+      // The same with the king on the other half: (+20, +7).
+      {"6k1/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", MajorityKingTerm, {20, 7}, "WQ 2/0"},
+  };
+  for (const auto& c : cases) {
+    Prepared p(c.fen);
+    EXPECT_EQ(c.term(p.evaluation, p.board), c.expected) << c.fen;
+    EXPECT_EQ(UnitsText(p.evaluation.zone_units), c.units) << c.fen;
+  }
+  // The majority term's trend: 20 with the king on the majority's side, 12 on the other.
+  for (const auto& [fen, trend] : {std::pair{"2k5/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", 20},
+                                   {"6k1/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", 12}}) {
+    Prepared p(fen);
+    const PawnMajority& queenside = p.evaluation.majority[0];
+    EXPECT_EQ(std::tie(queenside.kind, queenside.files, queenside.opposing_pawns),
+              std::tuple(WHITE_MAJORITY, 4, 3));
+    MajorityKingTerm(p.evaluation, p.board);
+    EXPECT_EQ(p.evaluation.endgame_trend, trend) << fen;
+  }
+}
+
+TEST(PrepareFileData, FilesWithoutPawnsAndTheOnlyOpenFile) {
+  const struct {
+    const char* fen;
+    std::uint16_t white, black;
+    int only_open_file;
+  } cases[] = {
+      {"4k3/pp3ppp/8/8/8/8/PPP2PPP/4K3 w - - 0 1", 0x18, 0x1C, -1},  // d and e both open
+      {"4k3/pp2pppp/8/8/8/8/PPP1PPPP/4K3 w - - 0 1", 0x08, 0x0C, 3},  // the d-file alone
+      {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", 0xFF, 0xFF, -1},
+  };
+  for (const auto& c : cases) {
+    const EvaluationState& e = Prepared(c.fen).evaluation;
+    EXPECT_EQ(std::tie(e.files_without_pawn[WHITE], e.files_without_pawn[BLACK]),
+              std::tuple(c.white, c.black)) << c.fen;
+    EXPECT_EQ(e.files_without_pawn_count[WHITE], PopCount(c.white)) << c.fen;
+    EXPECT_EQ(e.files_without_pawn_count[BLACK], PopCount(c.black)) << c.fen;
+    EXPECT_EQ(e.only_open_file, c.only_open_file) << c.fen;
+  }
+}
+
+namespace {
+
+// Random pawns of both colours on distinct squares of the second to seventh rank, and sets of
+// pawns, other sets, majorities, openness, scores and units that fit their fields.
+struct RandomStructure {
+  explicit RandomStructure(std::mt19937_64& random) {
+    const Bitboard pawns = random() & random() & 0x00FFFFFFFFFFFF00ULL;
+    const Bitboard white_half = random();
+    board.white.pawns = pawns & white_half;
+    board.black.pawns = pawns & ~white_half;
+    for (int colour = WHITE; colour <= BLACK; ++colour) {
+      const Bitboard own = board.Pieces(colour).pawns;
+      PawnBlock& block = evaluation.pawns[colour];
+      block.passed = own & random();
+      block.passed_count = std::uint16_t(PopCount(block.passed));
+      block.isolated = own & random();
+      block.backward = own & random();
+      block.backward_low = block.backward & random();
+      block.obstructed = own & random();
+      block.safe_advance = random();
+      block.unreachable_centre = random() & Bits({D4, E4, D5, E5});
+      for (ZoneUnits& units : evaluation.pawn_scores.units[colour])
+        units = {std::int16_t(int(random() % 1023) - 511), std::int16_t(int(random() % 1023) - 511)};
+    }
+    for (int wing = 0; wing < 2; ++wing) {
+      PawnMajority& majority = evaluation.majority[wing];
+      majority.kind = int(random() % 3);
+      if (majority.kind == NO_MAJORITY) continue;
+      majority.files = int(random() % 8);
+      majority.opposing_pawns = int(random() % 8);
+      const int edge = int(random() % 8);
+      for (int file = 0; file < 8; ++file)
+        if (wing == 0 ? file <= edge : file >= edge) majority.mask |= FileMask(file);
+    }
+    evaluation.openness = int(random() % 1024);
+    evaluation.pawn_scores.positional = std::int16_t(random());
+    evaluation.pawn_scores.reckless = std::int16_t(random());
+    evaluation.pawn_scores.ending = std::int16_t(random());
+  }
+  Board board;
+  EvaluationState evaluation;
+};
+
+}  // namespace
+
+TEST(PawnHashEntry, EveryFieldSurvivesPackingAndUnpacking) {
+  std::mt19937_64 random(20261123);
+  for (int round = 0; round < 2000; ++round) {
+    const RandomStructure structure(random);
+    const EvaluationState& written = structure.evaluation;
+    const int type = round % 2 == 0 ? int(random() % 2) : 2 + int(random() % 14);
+    EvaluationState read;
+    ReadPawnEntry(BuildPawnEntry(written, 0x1234, type), structure.board, read);
+    ASSERT_TRUE(read.pawn_entry_from_hash);
+    ASSERT_EQ(Fields(read), Fields(written)) << "round " << round;
+    if (type <= MIDDLEGAME) {
+      ASSERT_EQ(read.pawn_scores.positional, written.pawn_scores.positional) << round;
+      ASSERT_EQ(read.pawn_scores.reckless, written.pawn_scores.reckless) << round;
+      ASSERT_EQ(UnitsText(read.pawn_scores.units), UnitsText(written.pawn_scores.units)) << round;
+    } else {
+      ASSERT_EQ(read.pawn_scores.ending, written.pawn_scores.ending) << "round " << round;
+    }
+  }
+}
+
+TEST(PawnHashEntry, TheUnitsWordsFollowTheFixedLayout) {
+  EvaluationState evaluation;
+  evaluation.pawn_scores.units[WHITE][0].attack = -1;
+  evaluation.pawn_scores.units[WHITE][2].defence = 5;
+  evaluation.pawn_scores.units[BLACK][1].attack = 2;
+  evaluation.pawn_scores.units[BLACK][0].defence = -511;
+  const PawnHashEntry entry = BuildPawnEntry(evaluation, 1, MIDDLEGAME);
+  EXPECT_EQ(entry.units[0], 3u);          // White attack: wing 0 first, sign in bit 0
+  EXPECT_EQ(entry.units[1], 10u << 20);   // White defence: wing 2 last
+  EXPECT_EQ(entry.units[2], 4u << 10);    // Black attack
+  EXPECT_EQ(entry.units[3], 1023u);       // Black defence
+  // A wing without a majority packs to nothing, whatever its other fields say.
+  const PawnMajority none[2] = {{NO_MAJORITY, 3, 2, FileMask(0)}, {}};
+  EXPECT_EQ(PackCounts(none, 0), 0u);
+}
+
+// The pawn terms of a position computed afresh (and stored), then read from the table.
+TEST(PawnHashHit, GivesTheTermsOfAFreshComputation) {
+  struct Terms {
+    ScorePair passed, structure;
+    int ending = 0;
+    EvaluationState evaluation;
+  };
+  const auto compute = [](const Board& board, int type, Terms& terms) {
+    EvaluationState& evaluation = terms.evaluation;
+    PreparePawns(evaluation, board, type);
+    terms.passed = PassedPawnTerm(evaluation);
+    PrepareFileData(evaluation, board);
+    PrepareStructure(evaluation, board);
+    if (type <= MIDDLEGAME) {
+      terms.structure = PawnStructureTerm(evaluation, board, type);
+    } else {
+      terms.ending = PawnEndingTerm(evaluation, board);
+    }
+  };
+  int hits = 0;
+  for (const Board& board : RandomPositions(1500, 7)) {
+    const int type = ClassifyPosition(board, UNCLASSIFIED);
+    if (type == ENDGAME_NO_PAWNS_LEFT) continue;
+    Terms fresh, again;
+    PAWN_HASH_TABLE.Clear();
+    compute(board, type, fresh);
+    ASSERT_FALSE(fresh.evaluation.pawn_entry_from_hash);
+    PAWN_HASH_TABLE.Store(BuildPawnEntry(fresh.evaluation, board.PawnKey(), type));
+    compute(board, type, again);
+    ASSERT_TRUE(again.evaluation.pawn_entry_from_hash);
+    ++hits;
+    const EvaluationState &a = again.evaluation, &f = fresh.evaluation;
+    const auto terms = [](const Terms& t) { return std::tie(t.passed, t.structure, t.ending); };
+    EXPECT_EQ(terms(again), terms(fresh));
+    EXPECT_EQ(a.endgame_trend, f.endgame_trend);
+    EXPECT_EQ(UnitsText(a.zone_units), UnitsText(f.zone_units));
+    EXPECT_EQ(Fields(a), Fields(f));
+    for (int colour = WHITE; colour <= BLACK; ++colour) {
+      const PawnBlock &x = a.pawns[colour], &y = f.pawns[colour];
+      // The lists are filled where the hit left them.
+      EXPECT_EQ(std::tie(x.pawn_count, x.frontmost_passed, x.controlled, x.doubled),
+                std::tie(y.pawn_count, y.frontmost_passed, y.controlled, y.doubled));
+    }
+    if (HasFailure()) FAIL() << "type " << type << ", position key " << board.Key();
+  }
+  EXPECT_GT(hits, 1000);
+  PAWN_HASH_TABLE.Clear();
+}

@@ -1,0 +1,30 @@
+// Test set-up for running one evaluation term on its own: the state as the evaluation would have
+// it when the term runs.
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "chess/board.h"
+#include "evaluation/evaluation_state.h"
+#include "evaluation/score_pair.h"
+
+// Pairs in test failures as (positional, reckless).
+inline void PrintTo(const ScorePair& s, std::ostream* out) {
+  *out << "(" << s.positional << ", " << s.reckless << ")";
+}
+
+// Clears the state and fills the bishop pairs, king zones, the pawn sets that the piece terms
+// read (passed, pawn_attacks, defended, restrained, doubled, isolated), `attacked` from kings and
+// pawns, the only open file, and the given openness, worked out plainly from the board so that a
+// fault in the pawn structure code does not show up as one in a piece term. Endgame factor 0.
+void PrepareForPieceTerms(EvaluationState& evaluation, const Board& board, int openness = 8);
+
+// Both hash tables empty, so that every evaluation starts from nothing.
+void ClearHashTables();
+
+// The state as the ending driver leaves it for an evaluator: pawns listed and passers found.
+void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board);
+
+// The zone units that are not zero, as "WC 8/-4" for White's centre attack 8 and defence -4.
+std::string UnitsText(const ZoneUnits (&units)[2][3]);
