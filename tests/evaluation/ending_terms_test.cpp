@@ -30,30 +30,25 @@ using Term = int (*)(EvaluationState&, const Board&, int colour);
 
 int Sign(int colour) { return colour == WHITE ? 1 : -1; }
 
-constexpr int NOT_KNOWN = -99999;  // the special knowledge does not apply
+template <auto TERM>
+int FromWhite(EvaluationState& e, const Board& b, int c) { return Sign(c) * TERM(e, b); }
+template <auto TERM>
+int ForColour(EvaluationState& e, const Board& b, int c) { return TERM(e, b, c); }
+template <auto TERM>
+int ForSideOnMove(EvaluationState& e, const Board& b, int) { return TERM(e, b); }
 
-int QuickPasser(EvaluationState& e, const Board& b, int c) {
-  return Sign(c) * PassedPawnQuickTerm(e, b);
-}
-int RookKnowledge(EvaluationState&, const Board& b, int c) {
+constexpr int NOT_KNOWN = -99999;  // the special knowledge does not apply
+template <auto KNOWLEDGE>
+int Knowledge(EvaluationState&, const Board& b, int c) {
   int value = 0;
-  return RookEndingKnowledge(b, value) ? Sign(c) * value : NOT_KNOWN;
+  return KNOWLEDGE(b, value) ? Sign(c) * value : NOT_KNOWN;
 }
-int BishopKnowledge(EvaluationState&, const Board& b, int c) {
-  int value = 0;
-  return BishopAndPawnsEnding(b, value) ? Sign(c) * value : NOT_KNOWN;
-}
-int Rooks(EvaluationState& e, const Board& b, int c) { return EndingRookTerm(e, b, c); }
-int RooksByFiles(EvaluationState& e, const Board& b, int c) {
-  PrepareFileData(e, b);
-  PrepareStructure(e, b);
-  return EndingRookTerm(e, b, c);
-}
-int LoosePawns(EvaluationState& e, const Board& b, int c) {
-  PrepareFileData(e, b);
-  PrepareStructure(e, b);
-  return Sign(c) * LoosePawnsTerm(e, b);
-}
+
+constexpr Term QUICK = FromWhite<PassedPawnQuickTerm>, ROOKS = ForColour<EndingRookTerm>,
+               LOOSE = FromWhite<LoosePawnsTerm>, NO_PAWNS = ForSideOnMove<EvaluateNoPawns>,
+               ROOK_AND_PAWN = Knowledge<RookEndingKnowledge>,
+               BISHOP_AND_PAWNS = Knowledge<BishopAndPawnsEnding>;
+
 int Knights(EvaluationState& e, const Board& b, int c) {
   const int value = EndingKnightsTerm(e, b);
   // Every knight of these positions attacks c6 (c3 in the twin); later terms read the attacks.
@@ -78,32 +73,17 @@ int Queens(EvaluationState& e, const Board& b, int c) {
   EXPECT_NE(e.attacked[c], 0u) << "attacks of the queen";
   return value;
 }
-int QueenPlacement(EvaluationState& e, const Board& b, int c) {
-  PassedPawnQuickTerm(e, b);
-  return Sign(c) * QueenEndingPlacement(e, b);
-}
 int ChecksScaleALoss(EvaluationState&, const Board& b, int) { return ScaleByChecks(b, -200); }
-int NoPawns(EvaluationState& e, const Board& b, int) { return EvaluateNoPawns(e, b); }
 int Kings(EvaluationState&, const Board& b, int c) { return Sign(c) * EndingKingTerm(b); }
 int BarePawns(EvaluationState& e, const Board& b, int c) {
-  PassedPawnQuickTerm(e, b);
   PawnRaceMode mode = NO_RACE;
   return Sign(c) * BarePawnsTerm(e, b, mode);
 }
 // 1 when the pieces must decide a race that the pawns of `colour` lose, -1 for the other side's.
 int RaceLeftToThePieces(EvaluationState& e, const Board& b, int c) {
-  PassedPawnQuickTerm(e, b);
   PawnRaceMode mode = NO_RACE;
   BarePawnsTerm(e, b, mode);
   return mode == NO_RACE ? 0 : (mode == WHITE_RACE) == (c == WHITE) ? 1 : -1;
-}
-int SinglePawns(EvaluationState& e, const Board& b, int c) {
-  PassedPawnQuickTerm(e, b);
-  return SinglePawnsTerm(e, b, c);
-}
-int Race(EvaluationState& e, const Board& b, int c) {
-  PassedPawnQuickTerm(e, b);
-  return Sign(c) * PawnRaceTerm(e, b);
 }
 
 struct TermCase {
@@ -115,55 +95,55 @@ struct TermCase {
 const TermCase TERMS[] = {
     // A pawn ending with a passed pawn: e2 7 * 30 / 8 = 26; kings: own to the pawn 1 (+4),
     // enemy to it 6 (+6), own to e8 7 (-6), enemy on e8 (-5).
-    {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", QuickPasser, 26 + 4 + 6 - 6 - 5},
+    {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", QUICK, 26 + 4 + 6 - 6 - 5},
     // b6: 9 * 115 / 8 = 129; own rook behind +12, enemy rook ahead -4 and in front of the pawn
     // -4 * 40 / 8; kings: own to pawn 5 (-3), enemy 5 (+3), own to b8 7 (-6), enemy 5 (+12).
-    {"6k1/1r6/1P6/8/8/8/8/1R4K1 w - - 0 1", QuickPasser, 129 + 12 - 4 - 20 - 3 + 3 - 6 + 12},
+    {"6k1/1r6/1P6/8/8/8/8/1R4K1 w - - 0 1", QUICK, 129 + 12 - 4 - 20 - 3 + 3 - 6 + 12},
     // e5 with the path free: 7 * 85 / 8 + 6; kings: 4 (-2), 4 (-0), 7 (-6), 4 (+5).
-    {"8/8/8/k3P3/8/8/8/K7 w - - 0 1", QuickPasser, 74 + 6 - 2 - 0 - 6 + 5},
+    {"8/8/8/k3P3/8/8/8/K7 w - - 0 1", QUICK, 74 + 6 - 2 - 0 - 6 + 5},
 
     // Rook and pawn against rook. The defending king on the queening square.
-    {"4k3/8/8/8/4P3/8/r7/4K2R w - - 0 1", RookKnowledge, 10},
+    {"4k3/8/8/8/4P3/8/r7/4K2R w - - 0 1", ROOK_AND_PAWN, 10},
     // Lucena, the defender cut off three files, his rook beside the pawn: 350 + 4 * 3 - |0 - 24|.
-    {"3K4/3P2k1/8/8/8/8/4r3/5R2 w - - 0 1", RookKnowledge, 350 + 12 - 24},
+    {"3K4/3P2k1/8/8/8/8/4r3/5R2 w - - 0 1", ROOK_AND_PAWN, 350 + 12 - 24},
     // Cut off four files with the pawn on e6: 8 * 4 + 250.
-    {"k6r/8/4P3/8/6K1/8/8/2R5 w - - 0 1", RookKnowledge, 8 * 4 + 250},
+    {"k6r/8/4P3/8/6K1/8/8/2R5 w - - 0 1", ROOK_AND_PAWN, 8 * 4 + 250},
     // Both kings at the pawn: 15 - Distance(e5, a8) + 4 * 3, the strong king in front: + 60.
-    {"r7/4k3/8/4K3/4P3/8/8/7R w - - 0 1", RookKnowledge, 15 - 4 + 12 + 60},
+    {"r7/4k3/8/4K3/4P3/8/8/7R w - - 0 1", ROOK_AND_PAWN, 15 - 4 + 12 + 60},
     // Defender away: 15 - 7 + 20 + 32 * (0 + 5 - 6) + 45; strong king cut off: - 8 * 3 - 16.
-    {"2r4k/8/4P3/8/8/8/1R6/1K6 w - - 0 1", RookKnowledge, 28 + 13 - 24 - 16},
+    {"2r4k/8/4P3/8/8/8/1R6/1K6 w - - 0 1", ROOK_AND_PAWN, 28 + 13 - 24 - 16},
     // The defender's king behind the pawn (up = 4 - 2): 15 - 7 + 16 - 19 + 8 * 2.
-    {"r7/8/8/4P3/8/4k3/7R/7K w - - 0 1", RookKnowledge, 5 + 16},
-    {"4k3/p7/8/8/4P3/8/r7/4K2R w - - 0 1", RookKnowledge, NOT_KNOWN},  // two pawns
-    {"4k3/8/8/8/4P3/8/rr6/4K2R w - - 0 1", RookKnowledge, NOT_KNOWN},  // two rooks against one
+    {"r7/8/8/4P3/8/4k3/7R/7K w - - 0 1", ROOK_AND_PAWN, 5 + 16},
+    {"4k3/p7/8/8/4P3/8/r7/4K2R w - - 0 1", ROOK_AND_PAWN, NOT_KNOWN},  // two pawns
+    {"4k3/8/8/8/4P3/8/rr6/4K2R w - - 0 1", ROOK_AND_PAWN, NOT_KNOWN},  // two rooks against one
 
     // A rook on an open file: 85 - 12 * 3 each; the a-file open 14 + 12 (the only open one),
     // the h-file half open 9; Black's h7 isolated + 4.
-    {"6k1/7p/8/8/8/8/1PPPPPP1/R5KR w - - 0 1", RooksByFiles, (49 + 14 + 12) + (49 + 9) + 4},
+    {"6k1/7p/8/8/8/8/1PPPPPP1/R5KR w - - 0 1", ROOKS, (49 + 14 + 12) + (49 + 9) + 4},
     // Own pawns keep file terms out; 85 - 12 each; e7 connected on the 7th + 25 + 50; b7 + 50.
-    {"6k1/1R2R3/8/8/8/8/1P2P3/4K3 w - - 0 1", Rooks, 73 + 25 + 50 + 73 + 50},
+    {"6k1/1R2R3/8/8/8/8/1P2P3/4K3 w - - 0 1", ROOKS, 73 + 25 + 50 + 73 + 50},
     // 85 - 24 each; e7 attacks h7 before the rook on h8, defended, but rooks doubled: + 30.
-    {"6kr/1R2R2p/6p1/8/8/8/1P2P3/4K3 w - - 0 1", Rooks, 61 + 25 + 50 + 30 + 61 + 50},
-    {"6k1/8/8/8/8/8/1P2P3/1R2R1K1 w - - 0 1", Rooks, 73 + 4 + 73},  // connected elsewhere
-    {"4qk2/8/8/8/8/8/1P2P3/1R2R1K1 w - - 0 1", Rooks, 73 + 12 + 73},  // ... against a lone queen
-    {"6k1/8/8/8/r3P3/8/8/4R1K1 w - - 0 1", LoosePawns, -30},  // e4 seen by both rooks
-    {"6k1/8/8/8/r3P3/5K2/8/4R3 w - - 0 1", LoosePawns, 0},  // next to its king
-    {"6k1/8/8/8/r2NP3/8/8/4R1K1 w - - 0 1", LoosePawns, 0},  // the knight shields it
-    {"4k3/1r4p1/8/6R1/r3P3/8/8/4R1K1 w - - 0 1", LoosePawns, 0},  // one loose pawn each
-    {"6k1/8/8/8/r3P3/3P4/8/4R1K1 w - - 0 1", LoosePawns, 0},  // defended by a pawn
+    {"6kr/1R2R2p/6p1/8/8/8/1P2P3/4K3 w - - 0 1", ROOKS, 61 + 25 + 50 + 30 + 61 + 50},
+    {"6k1/8/8/8/8/8/1P2P3/1R2R1K1 w - - 0 1", ROOKS, 73 + 4 + 73},  // connected elsewhere
+    {"4qk2/8/8/8/8/8/1P2P3/1R2R1K1 w - - 0 1", ROOKS, 73 + 12 + 73},  // ... against a lone queen
+    {"6k1/8/8/8/r3P3/8/8/4R1K1 w - - 0 1", LOOSE, -30},  // e4 seen by both rooks
+    {"6k1/8/8/8/r3P3/5K2/8/4R3 w - - 0 1", LOOSE, 0},  // next to its king
+    {"6k1/8/8/8/r2NP3/8/8/4R1K1 w - - 0 1", LOOSE, 0},  // the knight shields it
+    {"4k3/1r4p1/8/6R1/r3P3/8/8/4R1K1 w - - 0 1", LOOSE, 0},  // one loose pawn each
+    {"6k1/8/8/8/r3P3/3P4/8/4R1K1 w - - 0 1", LOOSE, 0},  // defended by a pawn
 
     // Bishop and pawns. The light bishop with an a-pawn on rank index 3: 835 + 55.
-    {"8/8/8/8/P1B5/8/8/4K2k w - - 0 1", BishopKnowledge, 835 + 55},
+    {"8/8/8/8/P1B5/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, 835 + 55},
     // The dark bishop can't drive the king from a8; near the corner it is a draw.
-    {"8/1k6/8/8/P2B4/8/8/4K3 w - - 0 1", BishopKnowledge, 0},
-    {"k7/8/8/8/P2B4/P7/8/4K3 b - - 0 1", BishopKnowledge, 0},
+    {"8/1k6/8/8/P2B4/8/8/4K3 w - - 0 1", BISHOP_AND_PAWNS, 0},
+    {"k7/8/8/8/P2B4/P7/8/4K3 b - - 0 1", BISHOP_AND_PAWNS, 0},
     // Far from the corner the pawn may yet run: 315 + Loser[7] + Winner[7] + 55.
-    {"8/8/8/8/P2B4/8/8/4K2k w - - 0 1", BishopKnowledge, 315 + 90 - 30 + 55},
+    {"8/8/8/8/P2B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, 315 + 90 - 30 + 55},
     // Pawns on two files win with either bishop: 835 + 55 + 55.
-    {"8/8/8/8/PP1B4/8/8/4K2k w - - 0 1", BishopKnowledge, 835 + 55 + 55},
-    {"8/p7/8/8/P2B4/8/8/4K2k w - - 0 1", BishopKnowledge, NOT_KNOWN},  // pawns on both sides
-    {"8/8/8/8/P2N4/8/8/4K2k w - - 0 1", BishopKnowledge, NOT_KNOWN},  // a knight
-    {"8/8/8/8/3B4/8/8/4K2k w - - 0 1", BishopKnowledge, NOT_KNOWN},  // no pawn
+    {"8/8/8/8/PP1B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, 835 + 55 + 55},
+    {"8/p7/8/8/P2B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, NOT_KNOWN},  // pawns on both sides
+    {"8/8/8/8/P2N4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, NOT_KNOWN},  // a knight
+    {"8/8/8/8/3B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, NOT_KNOWN},  // no pawn
 
     // Knights: d4 28, four pawns 6 * 2 - 30, pawns on both wings -12.
     {"4k3/p6p/8/8/3N4/8/P6P/4K3 w - - 0 1", Knights, 28 - 18 - 12},
@@ -191,7 +171,7 @@ const TermCase TERMS[] = {
     {"7k/8/8/8/8/n7/n3Q3/nn2K3 w - - 0 1", Queens, 1 - 2 * 10 + 53},
     {"7k/8/8/8/8/n7/n3Q3/nn2K3 b - - 0 1", Queens, 1 - 2 * 10 + 26},
     // EndingQueen2 d4 14 / 2 against a8 -14 / 2; White's passer on e6 75 against Black's none 45.
-    {"q3k3/8/4P3/8/3Q4/8/8/4K3 w - - 0 1", QueenPlacement, 7 + 7 + 75 + 45},
+    {"q3k3/8/4P3/8/3Q4/8/8/4K3 w - - 0 1", FromWhite<QueenEndingPlacement>, 7 + 7 + 75 + 45},
     // Checks from a1 and e1; the queen guards f1 next to its king: 5 * -200, and two shelter
     // pawns off the rook file: 8 * (-1000 / 8) / 8.
     {"6k1/8/8/q7/8/3Q4/5PPP/6K1 b - - 0 1", ChecksScaleALoss, -125},
@@ -202,20 +182,20 @@ const TermCase TERMS[] = {
     // No pawns. King and rook against the bare king on d5: 500, - 44 * 3 / 2 for the king in
     // the centre, + 2000, - 2 * 4 from the rook, Corner h1 -80, - 4 * 8 between the kings; + 6
     // for the side on move.
-    {"8/8/8/3k4/8/8/8/R6K w - - 0 1", NoPawns, 2314 + 6},
-    {"8/8/8/3k4/8/8/8/R6K b - - 0 1", NoPawns, -2314 + 6},
+    {"8/8/8/3k4/8/8/8/R6K w - - 0 1", NO_PAWNS, 2314 + 6},
+    {"8/8/8/3k4/8/8/8/R6K b - - 0 1", NO_PAWNS, -2314 + 6},
     // Queen against rook: 520 - 66 + 650, - 6 for the rook beside its king, - 8 for the queen,
     // - 80 - 32.
-    {"8/8/8/3k4/3r4/8/8/Q6K w - - 0 1", NoPawns, 978 + 6},
+    {"8/8/8/3k4/3r4/8/8/Q6K w - - 0 1", NO_PAWNS, 978 + 6},
     // Rook against knight, a small edge: 195 >> 2, - 44 for d5, + 24 / 2 for f4, - 8 and + 10
     // for the loose knight two squares from its king; + 4 on move.
-    {"8/8/8/3k4/5K2/4n3/8/R7 w - - 0 1", NoPawns, 18 + 4},
-    {"8/8/8/3k4/5K2/4n3/8/R7 b - - 0 1", NoPawns, -18 + 4},
-    {"3k4/3r4/8/8/8/8/3R4/3K4 b - - 0 1", NoPawns, 3},  // even: + 3 for the side on move
+    {"8/8/8/3k4/5K2/4n3/8/R7 w - - 0 1", NO_PAWNS, 18 + 4},
+    {"8/8/8/3k4/5K2/4n3/8/R7 b - - 0 1", NO_PAWNS, -18 + 4},
+    {"3k4/3r4/8/8/8/8/3R4/3K4 b - - 0 1", NO_PAWNS, 3},  // even: + 3 for the side on move
     // Bishop and knight: Corner e1 -44 + 1000 - 4 * 3; the light bishop mates on h1 (+ 120),
     // the dark one can't (-60).
-    {"8/8/8/8/8/8/2B5/1N2K2k w - - 0 1", NoPawns, 944 + 120 + 6},
-    {"8/8/8/8/8/8/3B4/1N2K2k w - - 0 1", NoPawns, 944 - 60 + 6},
+    {"8/8/8/8/8/8/2B5/1N2K2k w - - 0 1", NO_PAWNS, 944 + 120 + 6},
+    {"8/8/8/8/8/8/3B4/1N2K2k w - - 0 1", NO_PAWNS, 944 - 60 + 6},
 
     // Two rooks weigh 10: the black king stays home (KingMiddle e8 = 8), the white one comes
     // out (2 * KingCentre e1 = 24); two majors against a king without defenders: 20 + 10.
@@ -234,10 +214,10 @@ const TermCase TERMS[] = {
     {"8/8/8/4k3/7P/p7/8/1K4N1 w - - 0 1", RaceLeftToThePieces, 1},
     // King e6, pawn e5 against the king on e8 is won whoever moves: rank 4 is worth 225; two
     // such pawns make 450, which is capped at a sure win.
-    {"4k3/8/4K3/4P3/8/8/8/8 w - - 0 1", SinglePawns, 225},
-    {"4k3/8/4K3/P3P3/8/8/8/8 w - - 0 1", SinglePawns, 400},
-    {"8/8/k7/8/7P/8/8/1K6 w - - 0 1", Race, 2 * 720},  // a runner counts double
-    {"8/8/k7/p7/P7/8/8/1K6 w - - 0 1", Race, 0},
+    {"4k3/8/4K3/4P3/8/8/8/8 w - - 0 1", ForColour<SinglePawnsTerm>, 225},
+    {"4k3/8/4K3/P3P3/8/8/8/8 w - - 0 1", ForColour<SinglePawnsTerm>, 400},
+    {"8/8/k7/8/7P/8/8/1K6 w - - 0 1", FromWhite<PawnRaceTerm>, 2 * 720},  // a runner counts double
+    {"8/8/k7/p7/P7/8/8/1K6 w - - 0 1", FromWhite<PawnRaceTerm>, 0},
 };
 
 }  // namespace
@@ -383,7 +363,6 @@ TEST(KingRaceRegions, EachKingHasItsOwnSquaresAndAKingThatMustCatchAPasserStaysI
   const auto regions = [](const Board& board) {
     EvaluationState evaluation;
     PrepareForEndingTerms(evaluation, board);
-    PassedPawnQuickTerm(evaluation, board);
     return KingRaceRegions(evaluation, board);
   };
   for (const char* fen :
@@ -422,7 +401,6 @@ TEST(PawnRaceTerm, PassersOnBothSidesAreDecidedByTheFileTableForTheSideOnMove) {
     for (const Board& position : {board, ColourFlipped(board)}) {
       EvaluationState evaluation;
       PrepareForEndingTerms(evaluation, position);
-      PassedPawnQuickTerm(evaluation, position);
       EXPECT_EQ(PawnRaceTerm(evaluation, position), ForSideOnMove(position, c.for_side_on_move));
     }
   }

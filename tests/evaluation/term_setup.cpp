@@ -3,6 +3,7 @@
 #include "chess/bitboard.h"
 #include "chess/board_tables.h"
 #include "evaluation/material.h"
+#include "evaluation/passed_pawn_quick.h"
 #include "evaluation/pawn_structure.h"
 #include "evaluation/wings.h"
 #include "search/hash.h"
@@ -69,6 +70,9 @@ void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board) {
   ClearHashTables();
   evaluation.Reset();
   PreparePawns(evaluation, board, ClassifyPosition(board, UNCLASSIFIED));
+  PrepareFileData(evaluation, board);
+  PrepareStructure(evaluation, board);
+  PassedPawnQuickTerm(evaluation, board);
 }
 
 std::string UnitsText(const ZoneUnits (&units)[2][3]) {

@@ -23,7 +23,8 @@ void PrepareForPieceTerms(EvaluationState& evaluation, const Board& board, int o
 // Both hash tables empty, so that every evaluation starts from nothing.
 void ClearHashTables();
 
-// The state as the ending driver leaves it for an evaluator: pawns listed and passers found.
+// The state as the ending evaluators see it: pawns listed, passers found and the frontmost
+// marked, file data and structure prepared.
 void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board);
 
 // The zone units that are not zero, as "WC 8/-4" for White's centre attack 8 and defence -4.
