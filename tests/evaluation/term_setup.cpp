@@ -75,14 +75,33 @@ void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board) {
   PassedPawnQuickTerm(evaluation, board);
 }
 
+namespace {
+
+void Add(std::string& text, const std::string& name, int first, int second) {
+  if (first == 0 && second == 0) return;
+  text += (text.empty() ? "" : " ") + name + " " + std::to_string(first) + "/" +
+          std::to_string(second);
+}
+
+}  // namespace
+
 std::string UnitsText(const ZoneUnits (&units)[2][3]) {
   std::string text;
   for (int colour = WHITE; colour <= BLACK; ++colour)
-    for (int wing = QUEENSIDE; wing <= CENTRE; ++wing) {
-      const ZoneUnits u = units[colour][wing];
-      if (u.attack == 0 && u.defence == 0) continue;
-      text += std::string(text.empty() ? "" : " ") + "WB"[colour] + "QKC"[wing] + " " +
-              std::to_string(u.attack) + "/" + std::to_string(u.defence);
-    }
+    for (int wing = QUEENSIDE; wing <= CENTRE; ++wing)
+      Add(text, {"WB"[colour], "QKC"[wing]}, units[colour][wing].attack,
+          units[colour][wing].defence);
+  return text;
+}
+
+std::string StateText(const EvaluationState& evaluation) {
+  std::string text = UnitsText(evaluation.zone_units);
+  for (int colour = WHITE; colour <= BLACK; ++colour) {
+    const std::string side(1, "WB"[colour]);
+    Add(text, side + "king", evaluation.king_attack[colour], evaluation.king_defence[colour]);
+    Add(text, side + "gaps", evaluation.missing_front[colour], evaluation.missing_second[colour]);
+  }
+  if (evaluation.endgame_trend != 0)
+    text += (text.empty() ? "trend " : " trend ") + std::to_string(evaluation.endgame_trend);
   return text;
 }

@@ -29,3 +29,8 @@ void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board);
 
 // The zone units that are not zero, as "WC 8/-4" for White's centre attack 8 and defence -4.
 std::string UnitsText(const ZoneUnits (&units)[2][3]);
+
+// What a term leaves in the state besides its value, the parts that are not zero: the zone units,
+// the king units as "Bking 13/-20" (Black's king, attack and defence), the missing shelter pawns
+// as "Wgaps 1/3" (in front of White's king, on its second rank) and the trend as "trend 24".
+std::string StateText(const EvaluationState& evaluation);
