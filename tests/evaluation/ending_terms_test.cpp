@@ -96,18 +96,16 @@ const TermCase TERMS[] = {
     // A pawn ending with a passed pawn: e2 7 * 30 / 8 = 26; kings: own to the pawn 1 (+4),
     // enemy to it 6 (+6), own to e8 7 (-6), enemy on e8 (-5).
     {"4k3/8/8/8/8/8/4P3/4K3 w - - 0 1", QUICK, 26 + 4 + 6 - 6 - 5},
-    // b6: 9 * 115 / 8 = 129; own rook behind +12, enemy rook ahead -4 and in front of the pawn
-    // -4 * 40 / 8; kings: own to pawn 5 (-3), enemy 5 (+3), own to b8 7 (-6), enemy 5 (+12).
+    // b6 9 * 115 / 8; rooks behind +12, ahead -4 and -4 * 40 / 8; kings 5, 5, 7, 5.
     {"6k1/1r6/1P6/8/8/8/8/1R4K1 w - - 0 1", QUICK, 129 + 12 - 4 - 20 - 3 + 3 - 6 + 12},
-    // e5 with the path free: 7 * 85 / 8 + 6; kings: 4 (-2), 4 (-0), 7 (-6), 4 (+5).
+    // e5, the path free: 7 * 85 / 8 + 6; kings 4, 4, 7, 4.
     {"8/8/8/k3P3/8/8/8/K7 w - - 0 1", QUICK, 74 + 6 - 2 - 0 - 6 + 5},
 
-    // Rook and pawn against rook. The defending king on the queening square.
+    // Rook and pawn against rook: the defending king on the queening square.
     {"4k3/8/8/8/4P3/8/r7/4K2R w - - 0 1", ROOK_AND_PAWN, 10},
     // Lucena, the defender cut off three files, his rook beside the pawn: 350 + 4 * 3 - |0 - 24|.
     {"3K4/3P2k1/8/8/8/8/4r3/5R2 w - - 0 1", ROOK_AND_PAWN, 350 + 12 - 24},
-    // Cut off four files with the pawn on e6: 8 * 4 + 250.
-    {"k6r/8/4P3/8/6K1/8/8/2R5 w - - 0 1", ROOK_AND_PAWN, 8 * 4 + 250},
+    {"k6r/8/4P3/8/6K1/8/8/2R5 w - - 0 1", ROOK_AND_PAWN, 8 * 4 + 250},  // cut off four files
     // Both kings at the pawn: 15 - Distance(e5, a8) + 4 * 3, the strong king in front: + 60.
     {"r7/4k3/8/4K3/4P3/8/8/7R w - - 0 1", ROOK_AND_PAWN, 15 - 4 + 12 + 60},
     // Defender away: 15 - 7 + 20 + 32 * (0 + 5 - 6) + 45; strong king cut off: - 8 * 3 - 16.
@@ -132,24 +130,21 @@ const TermCase TERMS[] = {
     {"4k3/1r4p1/8/6R1/r3P3/8/8/4R1K1 w - - 0 1", LOOSE, 0},  // one loose pawn each
     {"6k1/8/8/8/r3P3/3P4/8/4R1K1 w - - 0 1", LOOSE, 0},  // defended by a pawn
 
-    // Bishop and pawns. The light bishop with an a-pawn on rank index 3: 835 + 55.
+    // Bishop and pawns: a light bishop with an a-pawn on rank index 3; the dark one draws near
+    // the corner, and far from it the pawn may yet run; pawns on two files win with either.
     {"8/8/8/8/P1B5/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, 835 + 55},
-    // The dark bishop can't drive the king from a8; near the corner it is a draw.
     {"8/1k6/8/8/P2B4/8/8/4K3 w - - 0 1", BISHOP_AND_PAWNS, 0},
     {"k7/8/8/8/P2B4/P7/8/4K3 b - - 0 1", BISHOP_AND_PAWNS, 0},
-    // Far from the corner the pawn may yet run: 315 + Loser[7] + Winner[7] + 55.
-    {"8/8/8/8/P2B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, 315 + 90 - 30 + 55},
-    // Pawns on two files win with either bishop: 835 + 55 + 55.
+    {"8/8/8/8/P2B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, 315 + 90 - 30 + 55},  // Loser, Winner[7]
     {"8/8/8/8/PP1B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, 835 + 55 + 55},
     {"8/p7/8/8/P2B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, NOT_KNOWN},  // pawns on both sides
     {"8/8/8/8/P2N4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, NOT_KNOWN},  // a knight
     {"8/8/8/8/3B4/8/8/4K2k w - - 0 1", BISHOP_AND_PAWNS, NOT_KNOWN},  // no pawn
 
-    // Knights: d4 28, four pawns 6 * 2 - 30, pawns on both wings -12.
+    // Knights by square, pawn count (6 * n - 30) and pawns on both wings or far from them.
     {"4k3/p6p/8/8/3N4/8/P6P/4K3 w - - 0 1", Knights, 28 - 18 - 12},
-    // b4 16, two pawns 6 - 30, pawns only on the h-file far from a knight on the b-file -8.
     {"4k3/7p/8/8/1N6/8/7P/4K3 w - - 0 1", Knights, 16 - 24 - 8},
-    {"4k3/p7/8/8/1N6/8/P7/4K3 w - - 0 1", Knights, 16 - 24},  // the pawns near it
+    {"4k3/p7/8/8/1N6/8/P7/4K3 w - - 0 1", Knights, 16 - 24},
     // Bishops: d4 12; ten squares 2 * 10 - 15; centre d4 e5 2 * 2; ring f6 c3 c5 e3 (3 * 4) >> 1.
     {"k7/8/8/8/3B4/8/8/7K w - - 0 1", Bishops, 12 + 5 + 4 + 6},
     // a7 0; no square off the rim -45; trapped by b6, shut in by c7 -180 (or -100 without c7).
@@ -160,48 +155,35 @@ const TermCase TERMS[] = {
     {"4k3/8/2b5/8/8/4B3/8/3BK3 w - - 0 1", OppositeBishops, false},  // White has the pair
     {"4k3/8/2n5/8/8/4B3/8/4K3 w - - 0 1", OppositeBishops, false},
 
-    // Queens: d4 7, Manhattan distances 4 and 5 to the kings.
+    // Queens by square, Manhattan distances to the kings, a pin, the seventh, safe checks.
     {"4k3/8/8/8/3Q4/8/8/4K3 w - - 0 1", Queens, 7 - 2 * 9},
-    // d1 -2; the knight on d4 is pinned to the queen by the rook: -30; distances 1 and 8.
-    {"3rk3/8/8/8/3N4/8/8/3QK3 w - - 0 1", Queens, -2 - 30 - 2 * 9},
-    // a7 -3, distances 10 and 7, on the seventh with the king on the eighth: + 55.
-    {"6k1/Q7/8/8/8/8/8/4K3 w - - 0 1", Queens, -3 - 2 * 17 + 55},
-    // Four knights on the a- and b-files: e2 1, distances 1 and 9. The safe checks from e8, e5,
-    // b2, h5 and h2: 4 * 5 + 33 with White on move, 2 * 5 + 16 without.
+    {"3rk3/8/8/8/3N4/8/8/3QK3 w - - 0 1", Queens, -2 - 30 - 2 * 9},  // the knight pinned
+    {"6k1/Q7/8/8/8/8/8/4K3 w - - 0 1", Queens, -3 - 2 * 17 + 55},  // the king on the eighth
+    // Against four knights: checks from e8, e5, b2, h5 and h2, 4 * 5 + 33 on move, 2 * 5 + 16 not.
     {"7k/8/8/8/8/n7/n3Q3/nn2K3 w - - 0 1", Queens, 1 - 2 * 10 + 53},
     {"7k/8/8/8/8/n7/n3Q3/nn2K3 b - - 0 1", Queens, 1 - 2 * 10 + 26},
     // EndingQueen2 d4 14 / 2 against a8 -14 / 2; White's passer on e6 75 against Black's none 45.
     {"q3k3/8/4P3/8/3Q4/8/8/4K3 w - - 0 1", FromWhite<QueenEndingPlacement>, 7 + 7 + 75 + 45},
-    // Checks from a1 and e1; the queen guards f1 next to its king: 5 * -200, and two shelter
-    // pawns off the rook file: 8 * (-1000 / 8) / 8.
+    // Checks shrink a loss: five (f1 guarded by the queen), then two shelter pawns off the rook
+    // file 8 * (v / 8) / 8; three from b3; none from h4.
     {"6k1/8/8/q7/8/3Q4/5PPP/6K1 b - - 0 1", ChecksScaleALoss, -125},
-    // The queen on b3 guards nothing near the king: 3 * -200, 8 * (-600 / 8) / 8.
     {"6k1/8/8/q7/8/1Q6/5PPP/6K1 b - - 0 1", ChecksScaleALoss, -75},
-    {"6k1/8/8/8/7q/3Q4/5PPP/6K1 b - - 0 1", ChecksScaleALoss, -200},  // no check from h4
+    {"6k1/8/8/8/7q/3Q4/5PPP/6K1 b - - 0 1", ChecksScaleALoss, -200},
 
-    // No pawns. King and rook against the bare king on d5: 500, - 44 * 3 / 2 for the king in
-    // the centre, + 2000, - 2 * 4 from the rook, Corner h1 -80, - 4 * 8 between the kings; + 6
-    // for the side on move.
+    // No pawns: 500 - 44 * 3 / 2 for d5 + 2000 - 2 * 4 - Corner h1 80 - 4 * 8; + 6 on move.
     {"8/8/8/3k4/8/8/8/R6K w - - 0 1", NO_PAWNS, 2314 + 6},
     {"8/8/8/3k4/8/8/8/R6K b - - 0 1", NO_PAWNS, -2314 + 6},
-    // Queen against rook: 520 - 66 + 650, - 6 for the rook beside its king, - 8 for the queen,
-    // - 80 - 32.
-    {"8/8/8/3k4/3r4/8/8/Q6K w - - 0 1", NO_PAWNS, 978 + 6},
-    // Rook against knight, a small edge: 195 >> 2, - 44 for d5, + 24 / 2 for f4, - 8 and + 10
-    // for the loose knight two squares from its king; + 4 on move.
-    {"8/8/8/3k4/5K2/4n3/8/R7 w - - 0 1", NO_PAWNS, 18 + 4},
+    {"8/8/8/3k4/3r4/8/8/Q6K w - - 0 1", NO_PAWNS, 978 + 6},  // 520 - 66 + 650 - 6 - 8 - 80 - 32
+    {"8/8/8/3k4/5K2/4n3/8/R7 w - - 0 1", NO_PAWNS, 18 + 4},  // 195 >> 2 - 44 + 12 - 8 + 10
     {"8/8/8/3k4/5K2/4n3/8/R7 b - - 0 1", NO_PAWNS, -18 + 4},
     {"3k4/3r4/8/8/8/8/3R4/3K4 b - - 0 1", NO_PAWNS, 3},  // even: + 3 for the side on move
-    // Bishop and knight: Corner e1 -44 + 1000 - 4 * 3; the light bishop mates on h1 (+ 120),
-    // the dark one can't (-60).
+    // Bishop and knight: Corner e1 -44 + 1000 - 4 * 3; mate on h1 with the light bishop only.
     {"8/8/8/8/8/8/2B5/1N2K2k w - - 0 1", NO_PAWNS, 944 + 120 + 6},
     {"8/8/8/8/8/8/3B4/1N2K2k w - - 0 1", NO_PAWNS, 944 - 60 + 6},
 
-    // Two rooks weigh 10: the black king stays home (KingMiddle e8 = 8), the white one comes
-    // out (2 * KingCentre e1 = 24); two majors against a king without defenders: 20 + 10.
-    {"4k3/8/8/8/8/8/8/RR2K3 w - - 0 1", Kings, 24 - 8 + 30},
-    // A queen and two defenders: 100 - KingCover[2]; Black's rook alone is no attack.
-    {"4k3/3pp3/8/8/8/8/8/3QK2r w - - 0 1", Kings, 2 * 12 - 8 + 100 - 30},
+    // Kings: KingCentre twice for the side with majors, KingMiddle for the other, then attack.
+    {"4k3/8/8/8/8/8/8/RR2K3 w - - 0 1", Kings, 24 - 8 + 30},  // no defenders: 20 + 10
+    {"4k3/3pp3/8/8/8/8/8/3QK2r w - - 0 1", Kings, 2 * 12 - 8 + 100 - 30},  // KingCover[2]
 
     // Pawns alone: h4 against the king on a6 is outside the square whoever moves.
     {"8/8/k7/8/7P/8/8/1K4N1 w - - 0 1", BarePawns, 720},
@@ -209,11 +191,9 @@ const TermCase TERMS[] = {
     {"8/8/2k5/8/7P/8/8/1K4N1 w - - 0 1", BarePawns, 720},  // c6 reaches the square only on move
     {"8/8/k5n1/8/7P/8/8/1K4N1 w - - 0 1", BarePawns, 0},  // pieces on both sides: no race
     {"8/8/k5n1/8/7P/8/8/1K4N1 w - - 0 1", RaceLeftToThePieces, 0},
-    // Both have passers and White's is caught: the pieces decide later.
-    {"8/8/8/4k3/7P/p7/8/1K4N1 w - - 0 1", BarePawns, 0},
+    {"8/8/8/4k3/7P/p7/8/1K4N1 w - - 0 1", BarePawns, 0},  // White's caught: the pieces decide
     {"8/8/8/4k3/7P/p7/8/1K4N1 w - - 0 1", RaceLeftToThePieces, 1},
-    // King e6, pawn e5 against the king on e8 is won whoever moves: rank 4 is worth 225; two
-    // such pawns make 450, which is capped at a sure win.
+    // Ke6 and e5 against Ke8 win whoever moves: 225 for rank 4; two such pawns capped at 400.
     {"4k3/8/4K3/4P3/8/8/8/8 w - - 0 1", ForColour<SinglePawnsTerm>, 225},
     {"4k3/8/4K3/P3P3/8/8/8/8 w - - 0 1", ForColour<SinglePawnsTerm>, 400},
     {"8/8/k7/8/7P/8/8/1K6 w - - 0 1", FromWhite<PawnRaceTerm>, 2 * 720},  // a runner counts double
