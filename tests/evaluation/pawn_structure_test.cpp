@@ -71,31 +71,27 @@ TEST(PassedPawnTerm, OnlyTheFrontmostPasserOfAFileCounts) {
 }
 
 TEST(PawnEndingTerm, PassersDoubledPawnsAndMajorities) {
-  const struct {
-    const char* fen;
-    int expected;
-    int queenside_majority;
-  } cases[] = {
-      // A pawn ending with a passed pawn: d5 table 7, isolated with nothing ahead -14; one pawn
-      // over four files is no majority.
-      {"4k3/8/8/3P4/8/8/8/4K3 w - - 0 1", 7 - 14, NO_MAJORITY},
-      // a2 0, a4 3; doubled isolated -48; a-file against none is a majority +17, king far +18.
-      {"4k3/8/8/8/P7/8/P7/4K3 w - - 0 1", 0 + 3 - 48 + 17 + 18, WHITE_MAJORITY},
-      // Tables 8 - 4, duos 8 - 5; majority +17 without candidates, the king on g8 far +18.
-      {"6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1", (8 - 4) + (8 - 5) + 17 + 18, WHITE_MAJORITY},
-  };
-  for (const auto& c : cases) {
-    Prepared p(c.fen);
-    EXPECT_EQ(PawnEndingTerm(p.evaluation, p.board), c.expected) << c.fen;
-    EXPECT_EQ(p.evaluation.majority[0].kind, c.queenside_majority) << c.fen;
-    EXPECT_EQ(p.evaluation.majority[1].kind, NO_MAJORITY) << c.fen;
+  for (const auto& [fen, expected, queenside] : {
+           // A pawn ending with a passed pawn: d5 table 7, isolated with nothing ahead -14; one
+           // pawn over four files is no majority.
+           std::tuple{"4k3/8/8/3P4/8/8/8/4K3 w - - 0 1", 7 - 14, NO_MAJORITY},
+           // a2 0, a4 3; doubled isolated -48; a-file against none is a majority +17, king far +18.
+           {"4k3/8/8/8/P7/8/P7/4K3 w - - 0 1", 0 + 3 - 48 + 17 + 18, WHITE_MAJORITY},
+           // Tables 8 - 4, duos 8 - 5; majority +17 without candidates, the king on g8 far +18.
+           {"6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1", (8 - 4) + (8 - 5) + 17 + 18, WHITE_MAJORITY}}) {
+    Prepared p(fen);
+    EXPECT_EQ(PawnEndingTerm(p.evaluation, p.board), expected) << fen;
+    EXPECT_EQ(p.evaluation.majority[0].kind, queenside) << fen;
+    EXPECT_EQ(p.evaluation.majority[1].kind, NO_MAJORITY) << fen;
   }
-  Prepared doubled("4k3/8/8/8/P7/8/P7/4K3 w - - 0 1");
-  EXPECT_EQ(doubled.evaluation.pawns[WHITE].doubled, Bits({A2, A4}));
-  EXPECT_EQ(doubled.evaluation.pawns[WHITE].isolated, Bits({A2, A4}));
-  const PawnMajority& queenside = Prepared("6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1").evaluation.majority[0];
-  EXPECT_EQ(std::tie(queenside.files, queenside.opposing_pawns), std::tuple(3, 2));
-  EXPECT_EQ(queenside.mask, FileMask(0) | FileMask(1) | FileMask(2));
+  const Prepared two("4k3/8/8/8/P7/8/P7/4K3 w - - 0 1");
+  const PawnBlock& doubled = two.evaluation.pawns[WHITE];
+  EXPECT_EQ(doubled.doubled, Bits({A2, A4}));
+  EXPECT_EQ(doubled.isolated, Bits({A2, A4}));
+  const Prepared three("6k1/pp6/8/8/8/8/PPP5/6K1 w - - 0 1");
+  const PawnMajority& majority = three.evaluation.majority[0];
+  EXPECT_EQ(std::tie(majority.files, majority.opposing_pawns, majority.mask),
+            std::tuple(3, 2, FileMask(0) | FileMask(1) | FileMask(2)));
 }
 
 TEST(ConstructPawnEntry, ABackwardIsolatedPawnOnItsSecondRank) {
@@ -141,7 +137,7 @@ TEST(PawnStructureTerm, TermsThatNeedThePieces) {
     const char* fen;
     ScorePair (*term)(EvaluationState&, const Board&);
     ScorePair expected;
-    const char* units;
+    const char* state;  // as StateText gives it
   } cases[] = {
       // Isolated d4, 8 piece points (-18, -16); defended by e3 (0, -2); rook on d1 (+6, +6).
       {"6k1/8/8/8/3P4/4B3/8/3R2K1 w - - 0 1", IsolatedQueenPawnTerm, {-18 + 6, -16 - 2 + 6},
@@ -151,45 +147,29 @@ TEST(PawnStructureTerm, TermsThatNeedThePieces) {
       // Nd3 before d2 (-18, -28), Bc3 before c2 (-8, -10); Black's Ne6 before e7 mirrors it.
       {"4k3/4p3/4n3/8/8/2BN4/2PP4/4K3 w - - 0 1", BlockedCentreTerm,
        {-18 - 8 + 18, -28 - 10 + 28}, "WC -8/-4 BC -6/-4"},
-      // Four against three on the queenside, Black's king on that side: (+5, +14).
-      {"2k5/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", MajorityKingTerm, {5, 14}, "WQ 5/0"},
-      // The same with the king on the other half: (+20, +7).
-      {"6k1/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", MajorityKingTerm, {20, 7}, "WQ 2/0"},
+      // Four against three on the queenside, Black's king on that side; then on the other half.
+      {"2k5/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", MajorityKingTerm, {5, 14}, "WQ 5/0 trend 20"},
+      {"6k1/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", MajorityKingTerm, {20, 7}, "WQ 2/0 trend 12"},
   };
   for (const auto& c : cases) {
     Prepared p(c.fen);
     EXPECT_EQ(c.term(p.evaluation, p.board), c.expected) << c.fen;
-    EXPECT_EQ(UnitsText(p.evaluation.zone_units), c.units) << c.fen;
-  }
-  // The majority term's trend: 20 with the king on the majority's side, 12 on the other.
-  for (const auto& [fen, trend] : {std::pair{"2k5/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", 20},
-                                   {"6k1/ppp5/8/8/8/8/PPPP4/6K1 w - - 0 1", 12}}) {
-    Prepared p(fen);
-    const PawnMajority& queenside = p.evaluation.majority[0];
-    EXPECT_EQ(std::tie(queenside.kind, queenside.files, queenside.opposing_pawns),
-              std::tuple(WHITE_MAJORITY, 4, 3));
-    MajorityKingTerm(p.evaluation, p.board);
-    EXPECT_EQ(p.evaluation.endgame_trend, trend) << fen;
+    EXPECT_EQ(StateText(p.evaluation), c.state) << c.fen;
   }
 }
 
 TEST(PrepareFileData, FilesWithoutPawnsAndTheOnlyOpenFile) {
-  const struct {
-    const char* fen;
-    std::uint16_t white, black;
-    int only_open_file;
-  } cases[] = {
-      {"4k3/pp3ppp/8/8/8/8/PPP2PPP/4K3 w - - 0 1", 0x18, 0x1C, -1},  // d and e both open
-      {"4k3/pp2pppp/8/8/8/8/PPP1PPPP/4K3 w - - 0 1", 0x08, 0x0C, 3},  // the d-file alone
-      {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", 0xFF, 0xFF, -1},
-  };
-  for (const auto& c : cases) {
-    const EvaluationState& e = Prepared(c.fen).evaluation;
-    EXPECT_EQ(std::tie(e.files_without_pawn[WHITE], e.files_without_pawn[BLACK]),
-              std::tuple(c.white, c.black)) << c.fen;
-    EXPECT_EQ(e.files_without_pawn_count[WHITE], PopCount(c.white)) << c.fen;
-    EXPECT_EQ(e.files_without_pawn_count[BLACK], PopCount(c.black)) << c.fen;
-    EXPECT_EQ(e.only_open_file, c.only_open_file) << c.fen;
+  for (const auto& [fen, white, black, only_open_file] : {
+           std::tuple{"4k3/pp3ppp/8/8/8/8/PPP2PPP/4K3 w - - 0 1", 0x18, 0x1C, -1},  // d and e
+           {"4k3/pp2pppp/8/8/8/8/PPP1PPPP/4K3 w - - 0 1", 0x08, 0x0C, 3},  // the d-file alone
+           {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", 0xFF, 0xFF, -1}}) {
+    const Prepared p(fen);
+    const EvaluationState& e = p.evaluation;
+    EXPECT_EQ(std::tuple(e.files_without_pawn[WHITE], e.files_without_pawn[BLACK],
+                         e.files_without_pawn_count[WHITE], e.files_without_pawn_count[BLACK],
+                         e.only_open_file),
+              std::tuple(white, black, PopCount(white), PopCount(black), only_open_file))
+        << fen;
   }
 }
 
@@ -214,8 +194,8 @@ struct RandomStructure {
       block.obstructed = own & random();
       block.safe_advance = random();
       block.unreachable_centre = random() & Bits({D4, E4, D5, E5});
-      for (ZoneUnits& units : evaluation.pawn_scores.units[colour])
-        units = {std::int16_t(int(random() % 1023) - 511), std::int16_t(int(random() % 1023) - 511)};
+      const auto unit = [&random] { return std::int16_t(int(random() % 1023) - 511); };
+      for (ZoneUnits& units : evaluation.pawn_scores.units[colour]) units = {unit(), unit()};
     }
     for (int wing = 0; wing < 2; ++wing) {
       PawnMajority& majority = evaluation.majority[wing];
@@ -256,22 +236,6 @@ TEST(PawnHashEntry, EveryFieldSurvivesPackingAndUnpacking) {
       ASSERT_EQ(read.pawn_scores.ending, written.pawn_scores.ending) << "round " << round;
     }
   }
-}
-
-TEST(PawnHashEntry, TheUnitsWordsFollowTheFixedLayout) {
-  EvaluationState evaluation;
-  evaluation.pawn_scores.units[WHITE][0].attack = -1;
-  evaluation.pawn_scores.units[WHITE][2].defence = 5;
-  evaluation.pawn_scores.units[BLACK][1].attack = 2;
-  evaluation.pawn_scores.units[BLACK][0].defence = -511;
-  const PawnHashEntry entry = BuildPawnEntry(evaluation, 1, MIDDLEGAME);
-  EXPECT_EQ(entry.units[0], 3u);          // White attack: wing 0 first, sign in bit 0
-  EXPECT_EQ(entry.units[1], 10u << 20);   // White defence: wing 2 last
-  EXPECT_EQ(entry.units[2], 4u << 10);    // Black attack
-  EXPECT_EQ(entry.units[3], 1023u);       // Black defence
-  // A wing without a majority packs to nothing, whatever its other fields say.
-  const PawnMajority none[2] = {{NO_MAJORITY, 3, 2, FileMask(0)}, {}};
-  EXPECT_EQ(PackCounts(none, 0), 0u);
 }
 
 // The pawn terms of a position computed afresh (and stored), then read from the table.
