@@ -31,13 +31,8 @@ constexpr const char* KNIGHT_UP = "r1bqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w
 // outposts, rooks on the seventh and behind closed files, corners, storms, castling choices,
 // and every kind of ending.
 const char* const CHOSEN[] = {
-    TestPositions::INITIAL,
-    TestPositions::KIWIPETE,
-    TestPositions::POSITION_3,
-    TestPositions::POSITION_4,
-    TestPositions::POSITION_5,
-    TestPositions::POSITION_6,
-    ROOK_UP,
+    TestPositions::INITIAL, TestPositions::KIWIPETE, TestPositions::POSITION_3,
+    TestPositions::POSITION_4, TestPositions::POSITION_5, TestPositions::POSITION_6, ROOK_UP,
     KNIGHT_UP,
     "rnbqk2r/ppp1ppbp/3p1np1/8/2PPP3/2N5/PP3PPP/R1BQKBNR w KQkq - 0 5",
     "r1bq1rk1/pp2bppp/2n1pn2/3p4/2PP4/2N1PN2/PP2BPPP/R2QKB1R w KQ - 0 8",
@@ -93,8 +88,8 @@ int ExactValue(EvaluationState& evaluation, const Board& board) {
   return EvaluateExact(evaluation, board, ClassifyPosition(board, UNCLASSIFIED));
 }
 
-// The full score, unbounded: an answer that is neither beta nor beta - 1 came past every early
-// exit. Some beta on the scan lies within the exits' margin of the estimate, whatever it is.
+// The full score as Evaluate gives it: an answer that is neither beta nor beta - 1 came past
+// every early exit, and some beta on the scan lies within the exits' margin of the estimate.
 bool FullValue(EvaluationState& evaluation, const Board& board, int type, int& value) {
   for (int beta = -4000; beta <= 4000; beta += 100) {
     EVALUATION_HASH_TABLE.Clear();
@@ -285,19 +280,8 @@ TEST_F(WholeEvaluation, AnEarlyAnswerAgreesWithTheFullScore) {
   EXPECT_LE(disagreements * 50, probes) << disagreements << " of " << probes;
 }
 
-TEST_F(WholeEvaluation, TheSecondEvaluationIsAnsweredByTheHashTable) {
-  EvaluationState evaluation;
-  const Board board = BoardFromFen(TestPositions::POSITION_6);
-  const int type = ClassifyPosition(board, UNCLASSIFIED);
-  const int value = Evaluate(evaluation, board, 0, type);  // near beta: no lazy exit
-  EVALUATION_HASH_TABLE.NewSearch();
-  EXPECT_EQ(Evaluate(evaluation, board, value, type), value);
-  EXPECT_EQ(Evaluate(evaluation, board, value + 1, type), value);
-  EXPECT_EQ(EVALUATION_HASH_TABLE.hits, 2u);
-  EXPECT_EQ(PAWN_HASH_TABLE.FreeSlots(), PAWN_HASH_TABLE.TotalSlots() - 1);
-}
-
-// Mate-range betas and lazy answers look at no table and store nothing.
+// Mate-range betas and lazy answers look at no table and store nothing; a full evaluation is kept
+// and answers the next look.
 TEST_F(WholeEvaluation, OnlyAFullEvaluationNearBetaIsKept) {
   EvaluationState evaluation;
   const Board board = BoardFromFen(ROOK_UP);
@@ -309,9 +293,14 @@ TEST_F(WholeEvaluation, OnlyAFullEvaluationNearBetaIsKept) {
   EXPECT_EQ(Evaluate(evaluation, board, 2000, OPENING), 1999);  // far below it
   EXPECT_EQ(EVALUATION_HASH_TABLE.FreeSlots(), EVALUATION_HASH_TABLE.TotalSlots());
   EXPECT_EQ(PAWN_HASH_TABLE.FreeSlots(), PAWN_HASH_TABLE.TotalSlots());
-  Evaluate(evaluation, board, EvaluateExact(evaluation, board, OPENING), OPENING);
+  const int value = EvaluateExact(evaluation, board, OPENING);
+  EXPECT_EQ(Evaluate(evaluation, board, value, OPENING), value);
   EXPECT_EQ(EVALUATION_HASH_TABLE.FreeSlots(), EVALUATION_HASH_TABLE.TotalSlots() - 1);
   EXPECT_EQ(PAWN_HASH_TABLE.FreeSlots(), PAWN_HASH_TABLE.TotalSlots() - 1);
+  EVALUATION_HASH_TABLE.NewSearch();
+  EXPECT_EQ(Evaluate(evaluation, board, value, OPENING), value);
+  EXPECT_EQ(Evaluate(evaluation, board, value + 1, OPENING), value);
+  EXPECT_EQ(EVALUATION_HASH_TABLE.hits, 2u);
   // Endings without pawns use no table at all.
   const Board rook = BoardFromFen("4k3/8/8/8/8/8/8/3RK3 w - - 0 1");
   const std::uint64_t probes = EVALUATION_HASH_TABLE.probes + PAWN_HASH_TABLE.probes;
