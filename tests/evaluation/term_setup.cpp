@@ -2,6 +2,7 @@
 
 #include "chess/bitboard.h"
 #include "chess/board_tables.h"
+#include "evaluation/ending_frame.h"
 #include "evaluation/material.h"
 #include "evaluation/passed_pawn_quick.h"
 #include "evaluation/pawn_structure.h"
@@ -11,20 +12,13 @@
 
 namespace {
 
-Bitboard PawnAttacksOf(Bitboard pawns, int colour) {
-  Bitboard attacks = 0;
-  for (int square = 0; square < 64; ++square)
-    if (pawns & SquareBit(square)) attacks |= BoardTables.PawnAttacks[colour][square];
-  return attacks;
-}
-
 Bitboard FileOf(int square) { return FileMask(File(square)); }
 
 void FillPawnBlock(PawnBlock& block, const Board& board, int colour) {
   const Bitboard own = board.Pieces(colour).pawns;
   const Bitboard enemy = board.Pieces(colour ^ 1).pawns;
-  const Bitboard enemy_attacks = PawnAttacksOf(enemy, colour ^ 1);
-  block.pawn_attacks = PawnAttacksOf(own, colour);
+  const Bitboard enemy_attacks = PawnAttacksOf(colour ^ 1, enemy);
+  block.pawn_attacks = PawnAttacksOf(colour, own);
   block.defended = own & block.pawn_attacks;
   for (int square = 0; square < 64; ++square) {
     if (!(own & SquareBit(square))) continue;
