@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <tuple>
 #include <vector>
 
 #include "bitbases/special_bitbases.h"
@@ -35,7 +36,7 @@ int FromWhite(EvaluationState& e, const Board& b, int c) { return Sign(c) * TERM
 template <auto TERM>
 int ForColour(EvaluationState& e, const Board& b, int c) { return TERM(e, b, c); }
 template <auto TERM>
-int ForSideOnMove(EvaluationState& e, const Board& b, int) { return TERM(e, b); }
+int AsIs(EvaluationState& e, const Board& b, int) { return TERM(e, b); }
 
 constexpr int NOT_KNOWN = -99999;  // the special knowledge does not apply
 template <auto KNOWLEDGE>
@@ -45,7 +46,7 @@ int Knowledge(EvaluationState&, const Board& b, int c) {
 }
 
 constexpr Term QUICK = FromWhite<PassedPawnQuickTerm>, ROOKS = ForColour<EndingRookTerm>,
-               LOOSE = FromWhite<LoosePawnsTerm>, NO_PAWNS = ForSideOnMove<EvaluateNoPawns>,
+               LOOSE = FromWhite<LoosePawnsTerm>, NO_PAWNS = AsIs<EvaluateNoPawns>,
                ROOK_AND_PAWN = Knowledge<RookEndingKnowledge>,
                BISHOP_AND_PAWNS = Knowledge<BishopAndPawnsEnding>;
 
@@ -74,6 +75,15 @@ int Queens(EvaluationState& e, const Board& b, int c) {
   return value;
 }
 int ChecksScaleALoss(EvaluationState&, const Board& b, int) { return ScaleByChecks(b, -200); }
+// 1 when `colour` can no longer win, -1 when the other side can't, 0 when both can.
+int CannotWin(EvaluationState&, const Board& b, int c) {
+  const MaterialBound bound = FindMaterialBound(b);
+  return bound == BOTH_CAN_WIN ? 0 : (bound == WHITE_CANNOT_WIN) == (c == WHITE) ? 1 : -1;
+}
+template <int LEAD, bool OPPOSITE_BISHOPS>
+int Scaled(EvaluationState&, const Board& b, int c) {
+  return Sign(c) * ScaleEnding(Sign(c) * LEAD, b, OPPOSITE_BISHOPS);
+}
 int Kings(EvaluationState&, const Board& b, int c) { return Sign(c) * EndingKingTerm(b); }
 int BarePawns(EvaluationState& e, const Board& b, int c) {
   PawnRaceMode mode = NO_RACE;
@@ -185,6 +195,26 @@ const TermCase TERMS[] = {
     {"4k3/8/8/8/8/8/8/RR2K3 w - - 0 1", Kings, 24 - 8 + 30},  // no defenders: 20 + 10
     {"4k3/3pp3/8/8/8/8/8/3QK2r w - - 0 1", Kings, 2 * 12 - 8 + 100 - 30},  // KingCover[2]
 
+    // Mating material: a pawn, a major piece, three minors, or two with a bishop among them.
+    {"4k3/8/8/8/8/8/P7/4K3 w - - 0 1", CannotWin, -1},
+    {"4k3/p7/8/8/8/8/8/4KN2 w - - 0 1", CannotWin, 1},  // the piece without a pawn
+    {"4k3/p7/8/8/8/8/P7/4KN2 w - - 0 1", CannotWin, 0},
+    {"4k3/8/8/8/8/8/8/3BKN2 w - - 0 1", CannotWin, -1},
+    {"3nkn2/8/8/8/8/8/8/3BKN2 w - - 0 1", CannotWin, -1},
+    {"3bkn2/8/8/8/8/8/8/3NKN2 w - - 0 1", CannotWin, 1},
+    {"3bkn2/8/8/8/8/8/8/2NNKN2 w - - 0 1", CannotWin, 0},
+    {"3bkn2/8/8/8/8/8/8/4K2R w - - 0 1", CannotWin, 0},
+    // Scaling by pawns: max(5 * v / 8, v - 50) with two, max(2 * v / 8, v - 50) with none.
+    {"4k3/8/8/8/8/8/PP6/4KR2 w - - 0 1", Scaled<300, false>, 250},
+    {"4k3/8/8/8/8/8/PP6/4KR2 w - - 0 1", Scaled<1000, false>, 950},
+    {"4k3/8/8/8/8/8/8/4KR2 w - - 0 1", Scaled<30, false>, 7},
+    // Only opposite bishops, one black pawn on the light squares: t = max(6 * 400 / 8, 350) = 350,
+    // u = 4 * (350 * 6 / 8) / 8 = 131, max(131, 350 - 250); a big lead keeps all but 250.
+    {"3b2k1/p6p/8/8/8/8/PPP1B3/6K1 w - - 0 1", Scaled<400, true>, 131},
+    {"3b2k1/p6p/8/8/8/8/PPP1B3/6K1 w - - 0 1", Scaled<2000, true>, 1950 - 250},
+    // With a rook each the pawns on the bishop's colour don't count: max(350 * 6 / 8, 100).
+    {"3b2k1/p6p/8/8/8/8/PPP1B3/R5Kr w - - 0 1", Scaled<400, true>, 262},
+
     // Pawns alone: h4 against the king on a6 is outside the square whoever moves.
     {"8/8/k7/8/7P/8/8/1K4N1 w - - 0 1", BarePawns, 720},
     {"8/8/k7/8/7P/8/8/1K4N1 b - - 0 1", BarePawns, 640},
@@ -214,24 +244,9 @@ TEST(EndingTerms, HandWorkedValuesAlikeForBothColours) {
 }
 
 TEST(EndingFrame, BoundKeepsTheSideThatCannotMateAtTheDrawValueAtBest) {
-  const struct {
-    const char* fen;
-    MaterialBound bound;
-  } cases[] = {
-      {"4k3/8/8/8/8/8/P7/4K3 w - - 0 1", BLACK_CANNOT_WIN},
-      {"4k3/p7/8/8/8/8/8/4KN2 w - - 0 1", WHITE_CANNOT_WIN},  // the piece without a pawn
-      {"4k3/p7/8/8/8/8/P7/4KN2 w - - 0 1", BOTH_CAN_WIN},
-      {"4kn2/8/8/8/8/8/8/4KN2 w - - 0 1", WHITE_CANNOT_WIN},
-      // Mating material: a pawn, a major piece, three minors, or two with a bishop among them.
-      {"4k3/8/8/8/8/8/8/3NKN2 w - - 0 1", WHITE_CANNOT_WIN},  // two knights can't
-      {"4k3/8/8/8/8/8/8/3BKN2 w - - 0 1", BLACK_CANNOT_WIN},
-      {"3nkn2/8/8/8/8/8/8/3BKN2 w - - 0 1", BLACK_CANNOT_WIN},
-      {"3bkn2/8/8/8/8/8/8/3NKN2 w - - 0 1", WHITE_CANNOT_WIN},
-      {"3bkn2/8/8/8/8/8/8/2NNKN2 w - - 0 1", BOTH_CAN_WIN},
-      {"3bkn2/8/8/8/8/8/8/4K2R w - - 0 1", BOTH_CAN_WIN},
-  };
-  for (const auto& c : cases) EXPECT_EQ(FindMaterialBound(BoardFromFen(c.fen)), c.bound) << c.fen;
-
+  // Where neither side can mate (two knights can't), the bound names White.
+  for (const char* fen : {"4kn2/8/8/8/8/8/8/4KN2 w - - 0 1", "4k3/8/8/8/8/8/8/3NKN2 w - - 0 1"})
+    EXPECT_EQ(FindMaterialBound(BoardFromFen(fen)), WHITE_CANNOT_WIN) << fen;
   EXPECT_EQ(ApplyBound(-300, BLACK_CANNOT_WIN, 20), 20);
   EXPECT_EQ(ApplyBound(300, BLACK_CANNOT_WIN, 20), 300);
   EXPECT_EQ(ApplyBound(300, WHITE_CANNOT_WIN, -20), -20);
@@ -252,72 +267,34 @@ TEST(EndingFrame, BoundKeepsTheSideThatCannotMateAtTheDrawValueAtBest) {
 }
 
 TEST(EndingFrame, LazyExitFromJustBeyondTheMargin) {
-  const struct {
-    int estimate, beta, margin;
-    bool lazy;
-    int result;
-  } cases[] = {
-      {0, 700, 700, false, 0},   {0, 701, 700, true, 700},      {0, -700, 700, false, 0},
-      {0, -701, 700, true, -701}, {100, 3100, 3000, false, 0}, {100, 3101, 3000, true, 3100},
-      {100, -2901, 3000, true, -2901},
-  };
-  for (const auto& c : cases) {
+  for (const auto& [estimate, beta, margin, lazy, answer] :
+       {std::tuple{0, 700, 700, false, 0}, {0, 701, 700, true, 700}, {0, -700, 700, false, 0},
+        {0, -701, 700, true, -701}, {100, 3100, 3000, false, 0}, {100, 3101, 3000, true, 3100},
+        {100, -2901, 3000, true, -2901}}) {
     int result = 0;
-    EXPECT_EQ(EndingLazyExit(c.estimate, c.beta, c.margin, result), c.lazy) << c.beta;
-    EXPECT_EQ(result, c.result) << c.beta;
+    EXPECT_EQ(EndingLazyExit(estimate, beta, margin, result), lazy) << beta;
+    EXPECT_EQ(result, answer) << beta;
   }
 }
 
 // Far from beta the evaluators answer with a bound at once; near it they count everything.
 TEST(EndingFrame, EvaluatorsAnswerLazilyOnlyFarFromBeta) {
-  using Evaluator = int (*)(EvaluationState&, const Board&, int, bool&);
-  const struct {
-    const char* fen;
-    Evaluator evaluate;
-    int far;
-  } cases[] = {
-      {"8/5pk1/6p1/8/3N4/6P1/5PK1/8 w - - 0 1", EvaluateEnding, 2000},
-      {"8/5pk1/6p1/8/3R4/6P1/5PK1/1r6 b - - 0 1", EvaluateRookEnding, 2000},
-      {"6k1/5p2/6p1/8/1q6/6P1/4QPK1/8 w - - 0 1", EvaluateQueenEnding, 2000},
-      {"8/5pk1/6p1/8/8/6P1/5PK1/8 w - - 0 1", EvaluatePawnEnding, 5000},
-  };
-  for (const auto& c : cases) {
-    const Board board = BoardFromFen(c.fen);
+  for (const auto& [fen, evaluate, far] :
+       {std::tuple{"8/5pk1/6p1/8/3N4/6P1/5PK1/8 w - - 0 1", &EvaluateEnding, 2000},
+        {"8/5pk1/6p1/8/3R4/6P1/5PK1/1r6 b - - 0 1", EvaluateRookEnding, 2000},
+        {"6k1/5p2/6p1/8/1q6/6P1/4QPK1/8 w - - 0 1", EvaluateQueenEnding, 2000},
+        {"8/5pk1/6p1/8/8/6P1/5PK1/8 w - - 0 1", EvaluatePawnEnding, 5000}}) {
+    const Board board = BoardFromFen(fen);
     EvaluationState evaluation;
-    for (int beta : {c.far, -c.far, 0}) {
+    for (int beta : {far, -far, 0}) {
       PrepareForEndingTerms(evaluation, board);
       bool lazy = false;
-      const int result = c.evaluate(evaluation, board, beta, lazy);
-      EXPECT_EQ(lazy, beta != 0) << c.fen << " beta " << beta;
+      const int result = evaluate(evaluation, board, beta, lazy);
+      EXPECT_EQ(lazy, beta != 0) << fen << " beta " << beta;
       if (beta != 0) {
-        EXPECT_EQ(result, beta > 0 ? beta - 1 : beta) << c.fen;
+        EXPECT_EQ(result, beta > 0 ? beta - 1 : beta) << fen;
       }
     }
-  }
-}
-
-TEST(EndingFrame, ScalingByPawnsAndOppositeBishops) {
-  // Only the bishops, White's light and Black's dark, and one black pawn on the light squares.
-  const char* const bishops = "3b2k1/p6p/8/8/8/8/PPP1B3/6K1 w - - 0 1";
-  const struct {
-    const char* fen;
-    int value;
-    bool opposite;
-    int scaled;
-  } cases[] = {
-      {"4k3/8/8/8/8/8/PP6/4KR2 w - - 0 1", 300, false, 250},  // max(5 * 300 / 8, 300 - 50)
-      {"4k3/8/8/8/8/8/PP6/4KR2 w - - 0 1", 1000, false, 950},  // max(5 * 1000 / 8, 1000 - 50)
-      {"4k3/8/8/8/8/8/8/4KR2 w - - 0 1", 30, false, 7},  // max(2 * 30 / 8, 30 - 50)
-      // t = max(6 * 400 / 8, 350) = 350, u = 4 * (350 * 6 / 8) / 8 = 131, max(131, 350 - 250).
-      {bishops, 400, true, 131},
-      {bishops, 2000, true, 1950 - 250},  // a big lead keeps all but 250
-      // With a rook each the pawns on the bishop's colour don't count: max(350 * 6 / 8, 100).
-      {"3b2k1/p6p/8/8/8/8/PPP1B3/R5Kr w - - 0 1", 400, true, 262},
-  };
-  for (const auto& c : cases) {
-    const Board board = BoardFromFen(c.fen);
-    EXPECT_EQ(ScaleEnding(c.value, board, c.opposite), c.scaled) << c.fen << " " << c.value;
-    EXPECT_EQ(ScaleEnding(-c.value, ColourFlipped(board), c.opposite), -c.scaled) << c.fen;
   }
 }
 
@@ -369,19 +346,15 @@ TEST(PawnRaceTerm, PassersOnBothSidesAreDecidedByTheFileTableForTheSideOnMove) {
   const Board board = BoardFromFen("8/8/k7/8/7P/p7/8/1K6 w - - 0 1");
   // A table of one verdict throughout: four entries a byte of 3 (the side on move wins) or 1
   // (it loses); without the table no verdict at all.
-  const struct {
-    bool table;
-    std::uint8_t byte;
-    int for_side_on_move;
-  } cases[] = {{false, 0, 0}, {true, 0xFF, 150}, {true, 0x55, -150}};
   const std::uint8_t* const saved = BraskBitbases::two_pawns_data;
-  for (const auto& c : cases) {
-    std::vector<std::uint8_t> bytes(1179648, c.byte);
-    BraskBitbases::two_pawns_data = c.table ? bytes.data() : nullptr;
+  for (const auto& [table, byte, for_side_on_move] :
+       {std::tuple{false, 0, 0}, {true, 0xFF, 150}, {true, 0x55, -150}}) {
+    std::vector<std::uint8_t> bytes(1179648, std::uint8_t(byte));
+    BraskBitbases::two_pawns_data = table ? bytes.data() : nullptr;
     for (const Board& position : {board, ColourFlipped(board)}) {
       EvaluationState evaluation;
       PrepareForEndingTerms(evaluation, position);
-      EXPECT_EQ(PawnRaceTerm(evaluation, position), ForSideOnMove(position, c.for_side_on_move));
+      EXPECT_EQ(PawnRaceTerm(evaluation, position), ForSideOnMove(position, for_side_on_move));
     }
   }
   BraskBitbases::two_pawns_data = saved;
