@@ -186,17 +186,13 @@ TEST(SpaceTerm, ALeadInSquaresReached) {
 
 TEST(KingShelter, WingUnitsBecomeTheKingsUnitsAndTheCAndFFilesLeanToTheirWing) {
   const Board board = BoardFromFen("6k1/8/8/8/8/8/5PPP/6K1 w - - 0 1");
-  const struct {
-    int square, attack, defence;
-  } cases[] = {
-      // Enemy centre / 4 + wing, own centre / 2 + wing, then the shelter's own (+13, +14).
-      {G1, 20 / 4 + 7 + 13, 9 / 2 + 3 + 14},
-      // No pawns: three open files +13, three missing fronts -16, three bare files -30.
-      {B1, 20 / 4 + 5 + 13, 9 / 2 + 4 - 16 - 30},
-      // Every wing's attack, the own centre's defence; d2 e2 bare -20, two missing -9.
-      {E1, 5 + 7 + 20 + 13, 9 - 20 - 9},
-  };
-  for (const auto& c : cases) {
+  for (const auto& [square, attack, defence] : {
+           // Enemy centre / 4 + wing, own centre / 2 + wing, then the shelter's own (+13, +14).
+           std::tuple{G1, 20 / 4 + 7 + 13, 9 / 2 + 3 + 14},
+           // No pawns: three open files +13, three missing fronts -16, three bare files -30.
+           {B1, 20 / 4 + 5 + 13, 9 / 2 + 4 - 16 - 30},
+           // Every wing's attack, the own centre's defence; d2 e2 bare -20, two missing -9.
+           {E1, 5 + 7 + 20 + 13, 9 - 20 - 9}}) {
     EvaluationState evaluation;
     PrepareForPieceTerms(evaluation, board);
     evaluation.zone_units[BLACK][QUEENSIDE].attack = 5;
@@ -205,9 +201,9 @@ TEST(KingShelter, WingUnitsBecomeTheKingsUnitsAndTheCAndFFilesLeanToTheirWing) {
     evaluation.zone_units[WHITE][QUEENSIDE].defence = 4;
     evaluation.zone_units[WHITE][KINGSIDE].defence = 3;
     evaluation.zone_units[WHITE][CENTRE].defence = 9;
-    KingShelter(evaluation, board, c.square, WHITE);
-    EXPECT_EQ(evaluation.king_attack[WHITE], c.attack) << c.square;
-    EXPECT_EQ(evaluation.king_defence[WHITE], c.defence) << c.square;
+    KingShelter(evaluation, board, square, WHITE);
+    EXPECT_EQ(evaluation.king_attack[WHITE], attack) << square;
+    EXPECT_EQ(evaluation.king_defence[WHITE], defence) << square;
   }
   // c1 is three parts b1 and one part d1, with b1's units; f1 likewise with g1 and e1.
   const Board both = BoardFromFen("6k1/8/8/8/8/8/PPP2PPP/2K5 w - - 0 1");
@@ -229,60 +225,46 @@ TEST(KingSafetyTerm, KingInTheCentreIsJudgedByTheBetterCastledPosition) {
   // The king's units are those of the better castled position, whichever was looked at last;
   // with f1 watched the short right counts as gone and the king is judged on e1. The rights cost
   // centre units before any shelter is looked at.
-  const struct {
-    const char* fen;
-    Bitboard watched;
-    int judged_on;
-    ZoneUnits black_centre;
-  } cases[] = {
-      {"r3k2r/pppppppp/8/8/8/8/5PPP/R3K2R w KQkq - 0 1", 0, G1, {-4, -6}},
-      {"r3k2r/pppppppp/8/8/8/8/PPP5/R3K2R w KQkq - 0 1", 0, B1, {-4, -6}},
-      {"4k3/pppppppp/8/8/8/8/5PPP/4K2R w K - 0 1", SquareBit(F1), E1, {0, 0}},
-  };
-  for (const auto& c : cases) {
-    const Board board = BoardFromFen(c.fen);
+  for (const auto& [fen, watched, judged_on, black_centre] :
+       {std::tuple{"r3k2r/pppppppp/8/8/8/8/5PPP/R3K2R w KQkq - 0 1", 0ULL, G1, ZoneUnits{-4, -6}},
+        {"r3k2r/pppppppp/8/8/8/8/PPP5/R3K2R w KQkq - 0 1", 0ULL, B1, ZoneUnits{-4, -6}},
+        {"4k3/pppppppp/8/8/8/8/5PPP/4K2R w K - 0 1", SquareBit(F1), E1, ZoneUnits{0, 0}}}) {
+    const Board board = BoardFromFen(fen);
     EvaluationState evaluation, reference;
     PrepareForPieceTerms(evaluation, board);
     PrepareForPieceTerms(reference, board);
-    evaluation.attacked[BLACK] |= c.watched;
-    reference.attacked[BLACK] |= c.watched;
+    evaluation.attacked[BLACK] |= watched;
+    reference.attacked[BLACK] |= watched;
     reference.zone_units[WHITE][CENTRE] = {-4, -6};
-    reference.zone_units[BLACK][CENTRE] = c.black_centre;
-    KingShelter(reference, board, c.judged_on, WHITE);
+    reference.zone_units[BLACK][CENTRE] = black_centre;
+    KingShelter(reference, board, judged_on, WHITE);
     KingSafetyTerm(evaluation, board);
-    EXPECT_EQ(evaluation.king_attack[WHITE], reference.king_attack[WHITE]) << c.fen;
-    EXPECT_EQ(evaluation.king_defence[WHITE], reference.king_defence[WHITE]) << c.fen;
+    EXPECT_EQ(evaluation.king_attack[WHITE], reference.king_attack[WHITE]) << fen;
+    EXPECT_EQ(evaluation.king_defence[WHITE], reference.king_defence[WHITE]) << fen;
   }
 }
 
 TEST(ZoneBalanceTerm, PlayForAPawn) {
   // A pawn down, the side with the stronger attack plays for it; both ways round by colour.
   const char* const white_down = "4k3/pp6/8/8/8/8/P7/4K3 w - - 0 1";
-  const struct {
-    const char* fen;
-    int white_attack, black_attack;
-    ScorePair expected;
-  } cases[] = {
-      {white_down, -1, 0, {-20, -12}},
-      {white_down, 30, 5, {-4, 10}},   // 5 < 30 / 2 and 30 > 5 + 20
-      {white_down, 30, 15, {-13, 4}},  // 15 is not below 15; 30 > 15 + 10
-      {white_down, 25, 15, {-16, 0}},
-      {"4k3/8/8/8/8/8/PP6/4K3 w - - 0 1", 0, 50, {0, 0}},  // two pawns: no compensation term
-      {"4k3/p7/8/8/8/8/P7/4K3 w - - 0 1", 0, 50, {0, 0}},
-  };
-  for (const auto& c : cases) {
-    const Board board = BoardFromFen(c.fen), flipped = ColourFlipped(board);
+  for (const auto& [fen, white_attack, black_attack, expected] : {
+           std::tuple{white_down, -1, 0, ScorePair{-20, -12}},
+           {white_down, 30, 5, ScorePair{-4, 10}},   // 5 < 30 / 2 and 30 > 5 + 20
+           {white_down, 30, 15, ScorePair{-13, 4}},  // 15 is not below 15; 30 > 15 + 10
+           {white_down, 25, 15, ScorePair{-16, 0}},
+           {"4k3/8/8/8/8/8/PP6/4K3 w - - 0 1", 0, 50, ScorePair{}},  // two pawns: no compensation
+           {"4k3/p7/8/8/8/8/P7/4K3 w - - 0 1", 0, 50, ScorePair{}}}) {
+    const Board board = BoardFromFen(fen), flipped = ColourFlipped(board);
     for (const int colour : {WHITE, BLACK}) {
       const Board& position = colour == WHITE ? board : flipped;
       EvaluationState evaluation;
       PrepareForPieceTerms(evaluation, position);
       // Spread over the wings: only the sums count.
-      evaluation.zone_units[colour][QUEENSIDE].attack = std::int16_t(c.white_attack - 3);
+      evaluation.zone_units[colour][QUEENSIDE].attack = std::int16_t(white_attack - 3);
       evaluation.zone_units[colour][CENTRE].attack = 3;
-      evaluation.zone_units[colour ^ 1][KINGSIDE].attack = std::int16_t(c.black_attack);
-      const ScorePair expected = colour == WHITE ? c.expected : -c.expected;
-      EXPECT_EQ(ZoneBalanceTerm(evaluation, position), expected)
-          << c.fen << " " << c.white_attack << " " << c.black_attack << " colour " << colour;
+      evaluation.zone_units[colour ^ 1][KINGSIDE].attack = std::int16_t(black_attack);
+      EXPECT_EQ(ZoneBalanceTerm(evaluation, position), colour == WHITE ? expected : -expected)
+          << fen << " " << white_attack << " " << black_attack << " colour " << colour;
     }
   }
 }
