@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -16,16 +17,13 @@ std::optional<std::int32_t> Parsed(const std::string& text) {
 }  // namespace
 
 TEST(Personality, NamesNumbersAndTheSecondTryInCapitals) {
-  const struct {
-    const char* text;
-    std::optional<std::int32_t> value;
-  } cases[] = {
+  const std::pair<const char*, std::optional<std::int32_t>> cases[] = {
       {"Brask", 0},        {"Default", 0},     {"Nurz", 1000},    {"nurz", 1000},
       {"Vessimar", -1000}, {"jorlund", -15},   {"Torvane", 11},   {"-7", -7},
       {"5000", 5000},      {"NURZ", {}},       {"15x", {}},       {"", {}},
       {"nobody", {}},      {"-brask", {}},     {" Brask", {}},
   };
-  for (const auto& c : cases) EXPECT_EQ(Parsed(c.text), c.value) << '"' << c.text << '"';
+  for (const auto& [text, value] : cases) EXPECT_EQ(Parsed(text), value) << '"' << text << '"';
 }
 
 TEST(Personality, AValueIsShownByItsFirstNameAndRandomStaysInReasonableBounds) {
