@@ -15,9 +15,9 @@
 #include "evaluation/passed_pawn_quick.h"
 #include "evaluation/pawn_endings.h"
 #include "evaluation/pawn_races.h"
-#include "evaluation/pawn_structure.h"
 #include "evaluation/queen_endings.h"
 #include "evaluation/rook_endings.h"
+#include "search/hash.h"
 #include "search/position_type.h"
 #include "support/board_from_fen.h"
 #include "support/random_positions.h"
@@ -257,7 +257,7 @@ TEST(EndingFrame, BoundKeepsTheSideThatCannotMateAtTheDrawValueAtBest) {
   for (const char* fen : {"4k3/pp6/8/8/8/8/8/3NK3 w - - 0 1", "4k3/8/8/8/8/8/1p6/3NK3 b - - 0 1"}) {
     const Board board = BoardFromFen(fen);
     for (int draw_value : {0, 35}) {
-      ClearHashTables();
+      EVALUATION_HASH_TABLE.Clear();
       EvaluationState evaluation;
       evaluation.settings->draw_value = std::int16_t(draw_value);
       const int value = EvaluateExact(evaluation, board, ClassifyPosition(board, UNCLASSIFIED));

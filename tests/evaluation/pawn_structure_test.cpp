@@ -46,16 +46,14 @@ constexpr Bitboard Bits(std::initializer_list<int> squares) {
 }
 
 // The fields of a pawn entry, compared as one.
+auto Fields(const PawnMajority& m) { return std::tie(m.kind, m.files, m.opposing_pawns, m.mask); }
 auto Fields(const PawnBlock& b) {
-  return std::tuple(b.passed, b.passed_count, b.isolated, b.backward, b.backward_low,
-                    b.obstructed, b.safe_advance, b.unreachable_centre);
+  return std::tie(b.passed, b.passed_count, b.isolated, b.backward, b.backward_low, b.obstructed,
+                  b.safe_advance, b.unreachable_centre);
 }
 auto Fields(const EvaluationState& e) {
-  return std::tuple(Fields(e.pawns[WHITE]), Fields(e.pawns[BLACK]), e.openness,
-                    std::tie(e.majority[0].kind, e.majority[0].files, e.majority[0].opposing_pawns,
-                             e.majority[0].mask),
-                    std::tie(e.majority[1].kind, e.majority[1].files, e.majority[1].opposing_pawns,
-                             e.majority[1].mask));
+  return std::tuple(Fields(e.pawns[WHITE]), Fields(e.pawns[BLACK]), Fields(e.majority[0]),
+                    Fields(e.majority[1]), e.openness);
 }
 
 }  // namespace
@@ -242,8 +240,9 @@ TEST(PawnHashHit, GivesTheTermsOfAFreshComputation) {
     const ScorePair passed = PassedPawnTerm(evaluation);
     PrepareFileData(evaluation, board);
     PrepareStructure(evaluation, board);
-    const ScorePair structure = type <= MIDDLEGAME ? PawnStructureTerm(evaluation, board, type)
-                                                   : ScorePair(PawnEndingTerm(evaluation, board), 0);
+    const ScorePair structure = type <= MIDDLEGAME
+                                    ? PawnStructureTerm(evaluation, board, type)
+                                    : ScorePair(PawnEndingTerm(evaluation, board), 0);
     return std::tuple(passed, structure, StateText(evaluation));
   };
   int hits = 0;

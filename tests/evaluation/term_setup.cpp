@@ -37,14 +37,7 @@ void FillPawnBlock(PawnBlock& block, const Board& board, int colour) {
 void PrepareForPieceTerms(EvaluationState& evaluation, const Board& board, int openness) {
   evaluation.Reset();
   evaluation.openness = openness;
-  evaluation.only_open_file = -1;
-  int open_files = 0;
-  for (int file = 0; file < 8; ++file) {
-    if ((board.white.pawns | board.black.pawns) & FileMask(file)) continue;
-    ++open_files;
-    evaluation.only_open_file = file;
-  }
-  if (open_files != 1) evaluation.only_open_file = -1;
+  PrepareFileData(evaluation, board);
   for (int colour = WHITE; colour <= BLACK; ++colour) {
     const PieceSet& side = board.Pieces(colour);
     FillPawnBlock(evaluation.pawns[colour], board, colour);
@@ -55,13 +48,9 @@ void PrepareForPieceTerms(EvaluationState& evaluation, const Board& board, int o
   }
 }
 
-void ClearHashTables() {
+void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board) {
   EVALUATION_HASH_TABLE.Clear();
   PAWN_HASH_TABLE.Clear();
-}
-
-void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board) {
-  ClearHashTables();
   evaluation.Reset();
   PreparePawns(evaluation, board, ClassifyPosition(board, UNCLASSIFIED));
   PrepareFileData(evaluation, board);

@@ -15,16 +15,13 @@ inline void PrintTo(const ScorePair& s, std::ostream* out) {
 }
 
 // Clears the state and fills the bishop pairs, king zones, the pawn sets that the piece terms
-// read (passed, pawn_attacks, defended, restrained, doubled, isolated), `attacked` from kings and
-// pawns, the only open file, and the given openness, worked out plainly from the board so that a
-// fault in the pawn structure code does not show up as one in a piece term. Endgame factor 0.
+// read (passed, pawn_attacks, defended, restrained, doubled, isolated) and `attacked` from kings
+// and pawns, worked out plainly from the board, the file data as the evaluation prepares it, and
+// the given openness. The endgame factor stays 0.
 void PrepareForPieceTerms(EvaluationState& evaluation, const Board& board, int openness = 8);
 
-// Both hash tables empty, so that every evaluation starts from nothing.
-void ClearHashTables();
-
-// The state as the ending evaluators see it: pawns listed, passers found and the frontmost
-// marked, file data and structure prepared.
+// The state as the ending evaluators see it, from empty hash tables: pawns listed, passers found
+// and the frontmost marked, file data and structure prepared.
 void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board);
 
 // The zone units that are not zero, as "WC 8/-4" for White's centre attack 8 and defence -4.
