@@ -79,24 +79,21 @@ const TermCase TERMS[] = {
     // h1 sees a1 (+8, +12): (75 + 4 + 8 + 7, 45 + 10 + 12 + 15); a1 sees a walked rook: (86, 70).
     {"4k3/8/8/8/8/8/4K3/R6R w - - 0 1", Rook, {180, 152}, "WQ 6/3 WK 6/3 WC 0/2 trend 48"},
 
-    // Bishops: (14, 18); n = 6 (-2, -6); ring (1, 6); bad behind e4 d5 (-8, -10); no pair
-    // (-15, -17).
+    // (14, 18); n = 6 (-2, -6); ring (1, 6); bad behind e4 d5 (-8, -10); no pair (-15, -17).
     {"4k3/8/3p4/3Pp3/4P3/8/4B3/4K3 w - - 0 1", Bishop, {-10, -9}, "WC -12/-10 trend -5"},
     // (20, 22); hole (+8, +10); free long diagonal (+24, +24); mobility (-2 + 3, -6 + 15).
     {"4k3/8/8/2p5/2Pp4/3P2P1/5PBP/6K1 w - - 0 1", Bishop, {53, 65}, "WQ 6/0 WK 0/5"},
     // (-2, 4); n = 0 (-24, -38); deep (0, 2); trapped by defended b6 (-180, -180); reckless -2.
     {"4k3/B1p5/1p6/8/8/8/8/4K3 w - - 0 1", Bishop, {-206, -214}, ""},
 
-    // Knights: (-24, -24); e5 (22, 38); defended (+2, 0); unassailable (+9, +14); outpost
-    // (+13, +18).
+    // (-24, -24); e5 (22, 38); defended (+2, 0); unassailable (+9, +14); outpost (+13, +18).
     {"4k3/8/2p5/4N3/3P4/8/8/4K3 w - - 0 1", Knight, {22, 46}, "WC 16/4"},
     // e5 (26, 44); reckless +2; defended (+2, +2); unassailable (+13, +23); outpost (+13, +20).
     {"4k3/8/2p5/4N3/3P4/8/8/4K3 w - - 0 1", KnightLater, {30, 67}, "WC 18/5"},
     // A knight on a1 reaches b3 and c2; watched squares count only where no own pawn holds them.
     {"4k3/8/8/8/8/8/8/N3K3 w - - 0 1", KnightMobilityTerm, {2, 4}, ""},
     {"4k3/8/8/8/8/8/8/N3K3 w - - 0 1", KnightMobilityTerm, {-2, -4}, "WC -3/-3", Bits({B3})},
-    {"4k3/8/8/8/8/8/8/N3K3 w - - 0 1", KnightMobilityTerm, {-6, -12}, "WC -6/-6",
-     Bits({B3, C2})},
+    {"4k3/8/8/8/8/8/8/N3K3 w - - 0 1", KnightMobilityTerm, {-6, -12}, "WC -6/-6", Bits({B3, C2})},
 
     // Queens: d1 (4, 4); the knight pinned by d8 (-30, -30); no safe-square rows on rank 1.
     {"3rk3/8/8/8/8/8/3N4/3QK3 w - - 0 1", Queen, {-26, -26}, "WC 16/0"},
