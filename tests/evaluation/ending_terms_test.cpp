@@ -327,12 +327,13 @@ TEST(KingRaceRegions, EachKingHasItsOwnSquaresAndAKingThatMustCatchAPasserStaysI
         "8/8/2k5/8/2P5/8/5K2/8 w - - 0 1", "8/pp4k1/8/8/8/8/PPP3K1/8 w - - 0 1"}) {
     const Board board = BoardFromFen(fen);
     const KingRegions found = regions(board), flipped = regions(ColourFlipped(board));
-    EXPECT_NE(found.region[WHITE] & SquareBit(int(board.white.king_square)), 0u) << fen;
-    EXPECT_NE(found.region[BLACK] & SquareBit(int(board.black.king_square)), 0u) << fen;
     EXPECT_EQ(found.region[WHITE] & found.region[BLACK], 0u) << fen;
-    EXPECT_EQ(found.region[WHITE] & board.white.pawns, 0u) << fen;
-    EXPECT_EQ(PopCount(flipped.region[BLACK]), PopCount(found.region[WHITE])) << fen;
-    EXPECT_EQ(PopCount(flipped.region[WHITE]), PopCount(found.region[BLACK])) << fen;
+    for (int colour = WHITE; colour <= BLACK; ++colour) {
+      const PieceSet& own = board.Pieces(colour);
+      EXPECT_NE(found.region[colour] & SquareBit(int(own.king_square)), 0u) << fen;
+      EXPECT_EQ(found.region[colour] & own.pawns, 0u) << fen;
+      EXPECT_EQ(PopCount(flipped.region[colour ^ 1]), PopCount(found.region[colour])) << fen;
+    }
   }
   // The a5 pawn's square is a5-d8; the king on h8 is outside it and can go nowhere.
   EXPECT_EQ(regions(BoardFromFen("7k/8/8/P7/8/8/8/K7 w - - 0 1")).region[BLACK], SquareBit(H8));

@@ -73,8 +73,6 @@ class WholeEvaluation : public ::testing::Test {
     evaluation_bytes = EVALUATION_HASH_TABLE.MemoryUsage();
     PAWN_HASH_TABLE.Resize(0);
     EVALUATION_HASH_TABLE.Resize(0);
-    EVALUATION_HASH_TABLE.NewSearch();
-    PAWN_HASH_TABLE.NewSearch();
   }
   void TearDown() override {
     PAWN_HASH_TABLE.Resize(pawn_bytes);
@@ -195,10 +193,8 @@ TEST_F(WholeEvaluation, APositionAndItsColourFlippedTwinAreWorthTheSame) {
       positions.push_back(BoardFromFen(FenOf(position)));
     });
   }
-  std::vector<int> personalities;
+  std::vector<int> personalities = {999, -7};  // beside the short cut of the blend, and custom
   for (const auto& [name, value] : NamedPersonalities()) personalities.push_back(value);
-  personalities.push_back(999);   // beside the short cut of the blend
-  personalities.push_back(-7);
   bool seen[POSITION_TYPE_COUNT] = {};
   int endings = 0;
   for (const Board& board : positions) {

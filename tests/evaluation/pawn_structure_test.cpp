@@ -62,10 +62,10 @@ TEST(PassedPawnTerm, OnlyTheFrontmostPasserOfAFileCounts) {
   Prepared p("4k3/8/8/3P4/8/3P3p/8/4K3 w - - 0 1");
   // d5 (30, 20) * 5 / 8 (d3 behind it does not count); h3 (55, 46) * 7 / 8.
   EXPECT_EQ(p.passed, ScorePair(18 - 48, 12 - 40));
-  EXPECT_EQ(p.evaluation.pawns[WHITE].frontmost_passed, SquareBit(D5));
-  EXPECT_EQ(p.evaluation.pawns[WHITE].passed_rank[3], 4);
-  EXPECT_EQ(p.evaluation.pawns[BLACK].passed_rank[7], 2);  // the board's rank, not Black's
-  EXPECT_EQ(p.evaluation.pawns[WHITE].passed_count, 2);
+  const PawnBlock &white = p.evaluation.pawns[WHITE], &black = p.evaluation.pawns[BLACK];
+  EXPECT_EQ(white.frontmost_passed, SquareBit(D5));
+  EXPECT_EQ(std::tuple(white.passed_count, white.passed_rank[3]), std::tuple(2, 4));
+  EXPECT_EQ(black.passed_rank[7], 2);  // the board's rank, not Black's
 }
 
 TEST(PawnEndingTerm, PassersDoubledPawnsAndMajorities) {
@@ -97,11 +97,9 @@ TEST(ConstructPawnEntry, ABackwardIsolatedPawnOnItsSecondRank) {
   const PawnBlock& white = p.evaluation.pawns[WHITE];
   const PawnBlock& black = p.evaluation.pawns[BLACK];
   // d4 is Black's and no white pawn can ever cover d3: d2 is backward.
-  EXPECT_EQ(white.backward, SquareBit(D2));
-  EXPECT_EQ(white.backward_low, SquareBit(D2));
-  EXPECT_EQ(white.safe_advance, SquareBit(D3));
-  EXPECT_EQ(black.backward, 0u);
-  EXPECT_EQ(black.safe_advance, SquareBit(E4));
+  EXPECT_EQ(std::tie(white.backward, white.backward_low, white.safe_advance),
+            std::tuple(Bits({D2}), Bits({D2}), Bits({D3})));
+  EXPECT_EQ(std::tie(black.backward, black.safe_advance), std::tuple(Bits({}), Bits({E4})));
 
   ConstructPawnEntry(p.evaluation, p.board, MiddlegamePawnPositional, MiddlegamePawnReckless);
   // d2: (8, 0), backward low (-15, -12), isolated (-18, -6); e5: (18, 28), isolated (-18, -6);
@@ -112,8 +110,8 @@ TEST(ConstructPawnEntry, ABackwardIsolatedPawnOnItsSecondRank) {
             expected);
   // White's centre: attack -3 - 4, defence -8 - 4, and d2 with d3 free -2 + 2.
   EXPECT_EQ(UnitsText(p.evaluation.pawn_scores.units), "WC -7/-12 BC 6/-4");
-  EXPECT_EQ(white.unreachable_centre, Bits({D4, D5}));
-  EXPECT_EQ(black.unreachable_centre, Bits({E4, D5}));
+  EXPECT_EQ(std::tie(white.unreachable_centre, black.unreachable_centre),
+            std::tuple(Bits({D4, D5}), Bits({E4, D5})));
 }
 
 TEST(AdjacentPassers, AFileJoinsOnePairAtMost) {

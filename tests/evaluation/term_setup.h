@@ -7,7 +7,6 @@
 
 #include "chess/board.h"
 #include "evaluation/evaluation_state.h"
-#include "evaluation/score_pair.h"
 
 // Pairs in test failures as (positional, reckless).
 inline void PrintTo(const ScorePair& s, std::ostream* out) {
