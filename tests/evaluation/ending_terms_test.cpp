@@ -299,17 +299,16 @@ TEST(EndingFrame, EvaluatorsAnswerLazilyOnlyFarFromBeta) {
 }
 
 TEST(EvaluateNoPawns, TheBareKingIsWorseOffTheNearerItIsToTheEdgeOrInOpposition) {
+  EvaluationState evaluation;
   int previous = 0;
   for (const char* fen : {"8/8/8/3k4/8/8/8/R6K w - - 0 1", "8/8/8/2k5/8/8/8/R6K w - - 0 1",
                           "8/8/8/1k6/8/8/8/R6K w - - 0 1", "8/8/k7/8/8/8/8/1R5K w - - 0 1",
                           "k7/8/8/8/8/8/1R5K/8 w - - 0 1"}) {
-    EvaluationState evaluation;
     const int value = EvaluateNoPawns(evaluation, BoardFromFen(fen));
     EXPECT_GT(value, previous) << fen;
     previous = value;
   }
   // Kings facing each other with the defender on the rim: + 40 instead of - Corner * 3 / 2.
-  EvaluationState evaluation;
   const int facing = EvaluateNoPawns(evaluation, BoardFromFen("3k4/8/3K4/8/8/8/8/R7 w - - 0 1"));
   const int beside = EvaluateNoPawns(evaluation, BoardFromFen("3k4/8/2K5/8/8/8/8/R7 w - - 0 1"));
   // d8: 44 * 3 / 2 = 66 against 40; Corner d6 24 against c6 14; Manhattan 2 against 3.

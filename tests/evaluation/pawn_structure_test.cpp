@@ -39,12 +39,6 @@ struct Prepared {
   ScorePair passed;
 };
 
-constexpr Bitboard Bits(std::initializer_list<int> squares) {
-  Bitboard set = 0;
-  for (int square : squares) set |= SquareBit(square);
-  return set;
-}
-
 // The fields of a pawn entry, compared as one.
 auto Fields(const PawnMajority& m) { return std::tie(m.kind, m.files, m.opposing_pawns, m.mask); }
 auto Fields(const PawnBlock& b) {
@@ -228,6 +222,9 @@ TEST(PawnHashEntry, EveryFieldSurvivesPackingAndUnpacking) {
       ASSERT_EQ(read.pawn_scores.ending, written.pawn_scores.ending) << "round " << round;
     }
   }
+  // A wing without a majority packs to nothing, whatever its other fields say.
+  const PawnMajority none[2] = {{NO_MAJORITY, 3, 2, FileMask(0)}, {}};
+  EXPECT_EQ(PackCounts(none, 0), 0u);
 }
 
 // The pawn terms of a position computed afresh (and stored), then read from the table.

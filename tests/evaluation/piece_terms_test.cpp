@@ -45,12 +45,6 @@ constexpr const char* INITIAL = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w K
 constexpr const char* QUEEN_OUT = "4k3/8/8/8/3Q4/8/8/4K3 w - - 0 1";
 constexpr Bitboard EVERYTHING = ~Bitboard{0};
 
-constexpr Bitboard Bits(std::initializer_list<int> squares) {
-  Bitboard set = 0;
-  for (int square : squares) set |= SquareBit(square);
-  return set;
-}
-
 struct TermCase {
   const char* fen;
   Term term;

@@ -12,6 +12,13 @@
 
 namespace {
 
+// Appends "name first/second" unless both are zero.
+void Add(std::string& text, const std::string& name, int first, int second) {
+  if (first == 0 && second == 0) return;
+  text += (text.empty() ? "" : " ") + name + " " + std::to_string(first) + "/" +
+          std::to_string(second);
+}
+
 Bitboard FileOf(int square) { return FileMask(File(square)); }
 
 void FillPawnBlock(PawnBlock& block, const Board& board, int colour) {
@@ -57,16 +64,6 @@ void PrepareForEndingTerms(EvaluationState& evaluation, const Board& board) {
   PrepareStructure(evaluation, board);
   PassedPawnQuickTerm(evaluation, board);
 }
-
-namespace {
-
-void Add(std::string& text, const std::string& name, int first, int second) {
-  if (first == 0 && second == 0) return;
-  text += (text.empty() ? "" : " ") + name + " " + std::to_string(first) + "/" +
-          std::to_string(second);
-}
-
-}  // namespace
 
 std::string UnitsText(const ZoneUnits (&units)[2][3]) {
   std::string text;

@@ -2,11 +2,19 @@
 // it when the term runs.
 #pragma once
 
+#include <initializer_list>
 #include <ostream>
 #include <string>
 
 #include "chess/board.h"
 #include "evaluation/evaluation_state.h"
+
+// The set of the given squares.
+constexpr Bitboard Bits(std::initializer_list<int> squares) {
+  Bitboard set = 0;
+  for (int square : squares) set |= SquareBit(square);
+  return set;
+}
 
 // Pairs in test failures as (positional, reckless).
 inline void PrintTo(const ScorePair& s, std::ostream* out) {
