@@ -30,7 +30,7 @@ void FillPawnBlock(PawnBlock& block, const Board& board, int colour) {
   for (int square = 0; square < 64; ++square) {
     if (!(own & SquareBit(square))) continue;
     const int ahead = colour == WHITE ? square + 8 : square - 8;
-    if ((BoardTables.PassedPawnMask[colour][square] & enemy) == 0) block.passed |= SquareBit(square);
+    if (!(BoardTables.PassedPawnMask[colour][square] & enemy)) block.passed |= SquareBit(square);
     if ((board.occupied | enemy_attacks) & SquareBit(ahead)) block.restrained |= SquareBit(square);
     if (PopCount(own & FileOf(square)) >= 2) block.doubled |= SquareBit(square);
     const Bitboard beside = (File(square) > 0 ? FileOf(square - 1) : 0) |
