@@ -45,7 +45,6 @@ TEST(SearchClock, DeadlinesByWhatTheSearchDoesAndHowTheIterationsWent) {
       {.iterations = 0, .max = 100, .variable = 100, .deadline = NEVER},  // the first finishes
       {.max = 100, .variable = 100, .deadline = 40},
       {.max = 500, .variable = 0, .kind = C::BEST_MOVE, .deadline = 500},  // the hard limit alone
-      {.variable = 0, .kind = C::BEST_MOVE, .deadline = NEVER},
       {.max = 300, .kind = C::OTHER_MOVE, .deadline = 300},  // wins over any factor of the soft one
       {.deadline = 400},
       {.kind = C::BEST_MOVE, .deadline = 1200},

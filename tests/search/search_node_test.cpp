@@ -70,16 +70,6 @@ class SearchNodeTest : public ::testing::Test {
     return value;
   }
 
-  // The distance and node flags of the table's entry for the root position, -1 if none.
-  std::pair<int, int> StoredEntry() {
-    Move move = INVALID;
-    int position_type = 0, flags = 0, distance = 0;
-    const std::uint64_t key = search.board->Key();
-    if (!TRANSPOSITION_TABLE.ProbeMove(key, move, distance)) return {-1, 0};
-    TRANSPOSITION_TABLE.Probe(key, 0, 0, 0, move, position_type, flags);
-    return {distance, flags};
-  }
-
   void SearchToDepth(const char* fen, int depth) {
     ClearTables();
     UserBoard game;
@@ -102,88 +92,8 @@ constexpr const char* ROOK_UP =
 // White is 1640 behind by material; only Rh8+ is exempt from futility.
 constexpr const char* FAR_BEHIND = "r1b1k3/pppp4/8/3qn3/8/8/PPPP4/4K2R w - - 0 1";
 constexpr const char* ROOK_ENDING = "8/5pk1/6p1/8/3R4/6P1/5PK1/3r4 w - - 0 1";
-// Ra6+ mates in three: found at three plies with the check extensions, and not without them.
-constexpr const char* MATE_IN_THREE = "r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1";
-
-// Each row searches one node as the settings `on` leave it and again with `off` applied and
-// the flags `skip` given to the node: whether it fails high each time, and whether the technique
-// changed the tree.
-TEST_F(SearchNodeTest, EachTechniqueRunsWhereItMayAndItsSettingsSwitchItOff) {
-  const SettingValues null_move = {{"min_ply_for_null_move", "0"}};
-  const SettingValues iid = {{"min_distance_for_null_move", "64000"},
-                             {"min_depth_for_iid_if_searching_pv_move", "128"},
-                             {"min_depth_for_iid_if_not_searching_pv_move", "256"}};
-  const SettingValues no_iid = {{"min_depth_for_iid_if_searching_pv_move", "64000"},
-                                {"min_depth_for_iid_if_not_searching_pv_move", "64000"}};
-  const struct {
-    const char* fen;
-    Score beta;
-    std::int32_t distance;
-    int node_type;
-    SettingValues on, off;
-    std::uint32_t skip;
-    bool high, high_off, changed;
-  } cases[] = {
-      {ROOK_UP, 0, 256, CUT, null_move, {{"min_distance_for_null_move", "64000"}}, 0, true, true,
-       true},
-      // Only this node's null move is skipped: never in a PV node, nor more than two pawns short
-      // of beta by material, nor in a rook ending.
-      {ROOK_UP, 0, 256, CUT, null_move, {}, SKIP_NULL_MOVE, true, true, true},
-      {ROOK_UP, 0, 256, PV, null_move, {}, SKIP_NULL_MOVE, true, true, false},
-      {ROOK_UP, 800, 256, CUT, null_move, {}, SKIP_NULL_MOVE, false, false, false},
-      {ROOK_ENDING, 0, 256, CUT, null_move, {}, SKIP_NULL_MOVE, true, true, false},
-      // Internal deepening in PV nodes from two plies, elsewhere from four.
-      {ROOK_UP, 0, 128, PV, iid, no_iid, 0, true, true, true},
-      {ROOK_UP, 0, 127, PV, iid, no_iid, 0, true, true, false},
-      {ROOK_UP, 0, 128, CUT, iid, no_iid, 0, true, true, false},
-      {ROOK_UP, 0, 256, CUT, iid, no_iid, 0, true, true, true},
-      {MATE_IN_THREE, MATE_THRESHOLD + 1, 192, PV, {}, {{"enable_search_extensions", "false"}}, 0,
-       true, false, true},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(std::string(c.fen) + " " + std::to_string(c.beta) + " " +
-                 std::to_string(c.distance) + " " + std::to_string(c.node_type));
-    SettingsGuard row;
-    Apply(c.on);
-    EXPECT_EQ(Node(c.fen, c.beta, c.distance, c.node_type), c.high ? c.beta : c.beta - 1);
-    const std::uint64_t nodes_on = nodes;
-    Apply(c.off);
-    EXPECT_EQ(Node(c.fen, c.beta, c.distance, c.node_type, c.skip),
-              c.high_off ? c.beta : c.beta - 1);
-    EXPECT_EQ(nodes != nodes_on, c.changed);
-  }
-}
 
 TEST_F(SearchNodeTest, WhatTheNodeLeavesInTheTable) {
-  // Black threatens Rb1 mate on the back rank, and the white queen can't come back in time.
-  const char* mate_threat = "2b3k1/Q4ppp/8/8/7N/8/1r3PPP/6K1 w - - 0 1";
-  const SettingValues null_move = {{"min_ply_for_null_move", "0"}};
-  const struct {
-    const char* fen;
-    std::int32_t distance;
-    int node_type;
-    SettingValues settings;
-    int stored_distance;
-    bool mate_threat;
-  } cases[] = {
-      {mate_threat, 256, CUT, null_move, 256, true},
-      {mate_threat, 256, CUT, {null_move[0], {"min_distance_for_mate_threat_test", "64000"}}, 256,
-       false},
-      // A razored node is stored at its reduced distance.
-      {FAR_BEHIND, 200, CUT, {}, 136, false},
-      {FAR_BEHIND, 200, CUT, {{"enable_limited_razoring_if_not_searching_pv_move", "false"}}, 200,
-       false},
-      {FAR_BEHIND, 200, PV, {}, 200, false},
-  };
-  for (const auto& c : cases) {
-    SettingsGuard row;
-    Apply(c.settings);
-    Node(c.fen, 0, c.distance, c.node_type);
-    const auto [distance, flags] = StoredEntry();
-    EXPECT_EQ(distance, c.stored_distance) << c.fen << " " << c.node_type;
-    EXPECT_EQ((flags & MATE_THREAT) != 0, c.mate_threat) << c.fen;
-  }
-
   // Every move fails against a beta a queen above the material; the move of the shallow entry
   // is searched first and stored with the upper bound (unless futility skips it).
   enable_extended_futility_pruning_if_not_searching_pv_move = false;
@@ -204,7 +114,7 @@ TEST_F(SearchNodeTest, WhatTheNodeLeavesInTheTable) {
   const Score just_above = EvaluatePosition(Setup(bad_capture)) + 1;
   EXPECT_EQ(Node(bad_capture, just_above, 0, CUT), just_above - 1);
   EXPECT_EQ(nodes, 1u);
-  EXPECT_EQ(StoredEntry().first, -1);
+  EXPECT_FALSE(TRANSPOSITION_TABLE.ProbeMove(board.Key(), stored, distance));
 }
 
 TEST_F(SearchNodeTest, TheSearchFlagsSwitchTechniquesOffForTheNodeAndItsChildren) {
@@ -282,7 +192,7 @@ TEST_F(SearchNodeTest, FixedDepthSearchesFindTheForcedMatesAndTheRightMove) {
   } cases[] = {
       // Kb6 and Kc7 both leave the king a single square, and the rook mates next move.
       {"k7/8/2K5/8/8/8/8/7R w - - 0 1", 4, {"Kb6", "Kc7"}, MATE - 3, -1},
-      {MATE_IN_THREE, 6, {"Ra6+", "Ra6+"}, MATE - 5, -1},
+      {"r5rk/5p1p/5R2/4B3/8/8/7P/7K w - - 0 1", 6, {"Ra6+", "Ra6+"}, MATE - 5, -1},
       {"7k/8/8/8/8/8/8/K5R1 b - - 0 1", 3, {"Kh7", "Kh7"}, -MATE, 1},
       // The black queen on d4 is attacked twice and defended by nothing.
       {"4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1", 3, {"Nxd4", "Rxd4"}, 500, -1},
@@ -311,15 +221,13 @@ TEST_F(SearchNodeTest, FixedDepthSearchesFindTheForcedMatesAndTheRightMove) {
   EXPECT_EQ(search.moves_total, 0);
 }
 
-TEST_F(SearchNodeTest, TheTranspositionCutoffIsOffByDefaultAndCorrectWhenSwitchedOn) {
-  const char* hanging_queen = "4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1";
-  SearchToDepth(hanging_queen, 6);
-  EXPECT_EQ(search.ettc_tries, 0u);
+// The transposition cutoff is off by default (the fingerprints below show it).
+TEST_F(SearchNodeTest, TheTranspositionCutoffSwitchedOnEverywhereStillWinsTheQueen) {
   Apply({{"enable_ettc", "true"},
          {"only_use_ettc_in_endgames", "false"},
          {"only_use_ettc_on_cut_nodes", "false"},
          {"max_distance_for_ettc", "64000"}});
-  SearchToDepth(hanging_queen, 6);
+  SearchToDepth("4k3/8/8/8/3q4/5N2/8/3RK3 w - - 0 1", 6);
   ASSERT_FALSE(search.best_line.empty());
   const std::string capture = search.best_line.front().text;
   EXPECT_TRUE(capture == "Nxd4" || capture == "Rxd4") << capture;
@@ -327,38 +235,52 @@ TEST_F(SearchNodeTest, TheTranspositionCutoffIsOffByDefaultAndCorrectWhenSwitche
   EXPECT_GT(search.ettc_tries, 0u);
 }
 
-// With every selective technique switched off the node walks the plain full-width tree with
-// quiescence, and its node count is that tree's fingerprint: a setting that fails to switch its
-// technique off, or a technique that runs without its setting, changes the count.
-TEST_F(SearchNodeTest, NodeCountsOfTheFullWidthTreeWithAllTechniquesOff) {
-  Apply({{"enable_search_extensions", "false"},
-         {"min_distance_for_null_move", "64000"},
-         {"min_depth_for_iid_if_searching_pv_move", "64000"},
-         {"min_depth_for_iid_if_not_searching_pv_move", "64000"},
-         {"enable_limited_razoring_if_not_searching_pv_move", "false"},
-         {"enable_extended_futility_pruning_if_not_searching_pv_move", "false"},
-         {"enable_futility_pruning_if_not_searching_pv_move", "false"},
-         {"enable_late_move_reduction", "false"},
-         {"enable_pin_threat_detection", "false"},
-         {"enable_perpetual_check_detection", "false"},
-         {"enable_ettc", "false"}});
+// Node counts are the tree's fingerprint. With every selective technique switched off the node
+// walks the plain full-width tree with quiescence: a setting that fails to switch its technique
+// off, or a technique that runs without its setting, changes the count. With the defaults, and
+// with the transposition cutoff on everywhere, a fault in any technique that these trees reach
+// changes it.
+TEST_F(SearchNodeTest, NodeCountsOfTheFullWidthTreeOfTheDefaultsAndOfTheTranspositionCutoff) {
+  const SettingValues all_off = {{"enable_search_extensions", "false"},
+                                 {"min_distance_for_null_move", "64000"},
+                                 {"min_depth_for_iid_if_searching_pv_move", "64000"},
+                                 {"min_depth_for_iid_if_not_searching_pv_move", "64000"},
+                                 {"enable_limited_razoring_if_not_searching_pv_move", "false"},
+                                 {"enable_extended_futility_pruning_if_not_searching_pv_move", "false"},
+                                 {"enable_futility_pruning_if_not_searching_pv_move", "false"},
+                                 {"enable_late_move_reduction", "false"},
+                                 {"enable_pin_threat_detection", "false"},
+                                 {"enable_perpetual_check_detection", "false"},
+                                 {"enable_ettc", "false"}};
+  const SettingValues ettc = {{"enable_ettc", "true"},
+                              {"only_use_ettc_in_endgames", "false"},
+                              {"only_use_ettc_on_cut_nodes", "false"},
+                              {"max_distance_for_ettc", "64000"}};
   const struct {
     const char* fen;
     int depth;
-    std::uint64_t nodes;
+    std::uint64_t nodes[3];  // full width, defaults, with the cutoff
   } cases[] = {
-      // The figures of the node before it had any selective technique, measured with the same
-      // evaluation, each search starting from the same point of the random stream that the move
-      // ordering draws from. A change of the evaluation changes them: measure them again with
-      // every technique off and compare with the plain node's figures before taking them.
-      {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1", 4, 18703},
-      {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", 6, 22679},
-      {"2rq1rk1/pp1bppbp/3p1np1/4n3/3NP3/1BN1BP2/PPPQ2PP/2KR3R w - - 9 12", 5, 81892},
-      {ROOK_ENDING, 7, 42102},
+      // The full-width figures are those of the node before it had any selective technique,
+      // measured with the same evaluation, each search starting from the same point of the random
+      // stream that the move ordering draws from, after the same searches before it. A change of
+      // the evaluation changes them: measure them again with every technique off and compare
+      // with the plain node's figures before taking them.
+      {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1", 4,
+       {18703, 63097, 63097}},
+      {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", 6, {22679, 95785, 143369}},
+      {"2rq1rk1/pp1bppbp/3p1np1/4n3/3NP3/1BN1BP2/PPPQ2PP/2KR3R w - - 9 12", 5,
+       {81892, 212316, 212316}},
+      {ROOK_ENDING, 7, {42102, 57470, 157754}},
   };
-  for (const auto& c : cases) {
-    SearchToDepth(c.fen, c.depth);
-    EXPECT_EQ(search.nodes, c.nodes) << c.fen;
+  const SettingValues* settings[] = {&all_off, nullptr, &ettc};
+  for (int pass = 0; pass < 3; ++pass) {
+    SettingsGuard pass_guard;
+    if (settings[pass]) Apply(*settings[pass]);
+    for (const auto& c : cases) {
+      SearchToDepth(c.fen, c.depth);
+      EXPECT_EQ(search.nodes, c.nodes[pass]) << c.fen << " pass " << pass;
+    }
   }
 }
 }  // namespace
