@@ -125,27 +125,6 @@ TEST(TranspositionTable, AMateScoreKeepsItsDistanceFromTheNodeAtAnotherPly) {
   EXPECT_EQ(ToRootRelative(ToNodeRelative(31766, 9), 9), 31766);  // ordinary scores stay
 }
 
-TEST(TranspositionTable, AShallowerResultMergesItsBoundIntoTheDeeperEntry) {
-  TranspositionTable table;
-  table.Store(Lower(KEY, 100, 512, MOVE_A));
-  table.NewSearch();
-  // It keeps the deeper bound and its move, and adds its own bound.
-  table.Store(Upper(KEY, 300, 64, MOVE_B));
-  Move move = 0;
-  int distance = 0;
-  ASSERT_TRUE(table.ProbeMove(KEY, move, distance));
-  EXPECT_EQ(move, MOVE_A);
-  EXPECT_EQ(distance, 512);
-  EXPECT_EQ(KindAt(table, KEY, 512, 100), HASH_AT_LEAST_BETA);
-  EXPECT_EQ(KindAt(table, KEY, 64, 301), HASH_BELOW_BETA);
-  // The entry is current again, so two newcomers to its bucket share slot 1 and leave it alone;
-  // an entry of an earlier search would have been pushed aside and then lost.
-  const std::uint64_t low_word = KEY & 0xFFFFFFFF;
-  table.Store(Lower((std::uint64_t{1} << 32) | low_word, 0, 0));
-  table.Store(Lower((std::uint64_t{2} << 32) | low_word, 0, 0));
-  EXPECT_TRUE(Holds(table, KEY));
-}
-
 TEST(TranspositionTable, SlotZeroKeepsTheDeepestEntryOfTheSearchAndOldEntriesGoFirst) {
   TranspositionTable table;
   const std::uint64_t deep = SameBucket(1), shallow = SameBucket(2), newer = SameBucket(3);
