@@ -83,7 +83,8 @@ TEST(HistoryTable, BonusesBandsAndAgeing) {
 }
 
 namespace {
-const char* const MIDDLE_GAME = "r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4";
+const char* const MIDDLE_GAME =
+    "r1bqkb1r/pppp1ppp/2n2n2/4p3/2B1P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 4 4";
 
 // The moves of every batch of a node's ordering, the way the node asks for them, and the code of
 // the last batch; `size` is that of the whole list.

@@ -22,23 +22,20 @@ TEST(ClassifyPosition, ByDevelopmentMaterialWeightAndThePiecesOfEachSide) {
       // Never back from the middlegame.
       {TestPositions::INITIAL, MIDDLEGAME, MIDDLEGAME},
       {TestPositions::INITIAL, OPENING, ENDGAME_OTHER},
-      // Queen and rook each: 28 points, weight 15 + 3, an ending with equal pieces; so are two
-      // rooks and two minors each (16), and queen, rook and a minor (21); one more minor is not.
+      // Queen and rook each: 28 points, weight 15 + 3, an ending with equal pieces; so are queen,
+      // rook and a minor (21); one more minor is not.
       {"3qr1k1/5ppp/8/8/8/8/5PPP/3QR1K1 w - - 0 1", ENDGAME_EQUAL_PIECES},
-      {"r1b1r1k1/ppp2ppp/2n5/8/8/2N5/PPP2PPP/R1B1R1K1 w - - 0 1", ENDGAME_EQUAL_PIECES},
       {"r2q2k1/ppp2ppp/2n5/8/8/2N5/PPP2PPP/R2Q2K1 w - - 0 1", ENDGAME_EQUAL_PIECES},
       {"r2q2k1/ppp2ppp/2n1b3/8/8/2N1B3/PPP2PPP/R2Q2K1 w - - 0 1", MIDDLEGAME},
       {"8/8/4k3/4p3/4P3/4K3/8/8 w - - 0 1", ENDGAME_PAWNS},
       {"8/8/4k3/4p3/8/4K3/4B3/8 w - - 0 1", ENDGAME_BISHOP_PAWNS},
       {"8/8/4k3/4p3/8/4K3/4R3/8 w - - 0 1", ENDGAME_ROOK_PAWNS},
       {"8/4n3/4k3/4p3/4P3/4K3/4N3/8 w - - 0 1", ENDGAME_KNIGHTS},
-      {"8/4n3/4k3/4p3/4P3/4K3/4B3/8 w - - 0 1", ENDGAME_KNIGHT_BISHOP},
       {"8/4b3/4k3/4p3/4P3/4K3/3B4/8 w - - 0 1", ENDGAME_SAME_BISHOPS},      // e7 and d2: dark
       {"8/4b3/4k3/4p3/4P3/4K3/4B3/8 w - - 0 1", ENDGAME_OPPOSITE_BISHOPS},  // e7 dark, e2 light
       {"8/4r3/4k3/4p3/4P3/4K3/4R3/8 w - - 0 1", ENDGAME_ROOKS},
       {"8/4r3/4k3/4p3/4P3/4K3/4N3/8 w - - 0 1", ENDGAME_ROOK_MINOR},
       {"8/4r3/4k3/4p3/4P3/4K3/4Q3/8 w - - 0 1", ENDGAME_QUEEN_ROOK},
-      {"8/4q3/4k3/4p3/4P3/4K3/4Q3/8 w - - 0 1", ENDGAME_QUEENS},
       {"8/2n1b3/4k3/4p3/4P3/4K3/3RN3/8 w - - 0 1", ENDGAME_OTHER},
       {"8/8/4k3/8/8/4K3/8/8 w - - 0 1", ENDGAME_NO_PAWNS_LEFT},
       // Rook against pawn; a pawn more for the rook makes it another ending; rook and pawn

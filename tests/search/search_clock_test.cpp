@@ -54,7 +54,8 @@ TEST(SearchClock, DeadlinesByWhatTheSearchDoesAndHowTheIterationsWent) {
       {.scores = 100, .score = -20, .kind = C::OTHER_MOVE, .deadline = 7200},
       {.scores = 100, .score = -200, .upperbound = -200, .kind = C::OTHER_MOVE, .deadline = 19200},
       // The best move failing before it has a score: small, 130, and 300 into a bad score.
-      {.scores = 100, .upperbound = 50, .kind = C::BEST_MOVE, .fail = C::FAILED_LOW, .deadline = 2400},
+      {.scores = 100, .upperbound = 50, .kind = C::BEST_MOVE, .fail = C::FAILED_LOW,
+       .deadline = 2400},
       {.scores = 100, .upperbound = -30, .kind = C::BEST_MOVE, .fail = C::FAILED_LOW,
        .deadline = 3600},
       {.scores = 100, .upperbound = -200, .kind = C::BEST_MOVE, .fail = C::FAILED_LOW,

@@ -243,6 +243,8 @@ TEST(ThreatDetection, APinCountsOnlyWhenThePinnedPieceCannotTakeThePinner) {
 // and the record of ply 1 is `standing`.
 TEST(ThreatDetection, UpdatePinFindsNewPinsAndFollowsThoseThatStand) {
   constexpr PinRecord KNIGHT_PINNED = {C3, B4, BLACK};  // by Bb4, to the white king
+  constexpr Move KE1 = MakeMoveWord(E2, E1, KING);
+  constexpr Move BB4 = MakeMoveWord(F8, B4, BISHOP);
   const struct {
     const char* fen;  // after both moves
     PinRecord standing;
@@ -259,14 +261,11 @@ TEST(ThreatDetection, UpdatePinFindsNewPinsAndFollowsThoseThatStand) {
       // No interposition against a knight's check; the reply pins nothing.
       {"5k2/8/3Nb3/8/8/8/8/6K1 w - - 0 1", NO_PIN, MakeMoveWord(B5, D6, KNIGHT) | DIRECT_CHECK_BIT,
        MakeMoveWord(E8, F8, KING), PIN_NONE, NO_PIN},
-      {"4k3/8/8/8/1b6/2N5/8/4K3 w - - 0 1", NO_PIN, MakeMoveWord(E2, E1, KING),
-       MakeMoveWord(F8, B4, BISHOP), PIN_NEW, KNIGHT_PINNED},
+      {"4k3/8/8/8/1b6/2N5/8/4K3 w - - 0 1", NO_PIN, KE1, BB4, PIN_NEW, KNIGHT_PINNED},
       // A bishop on the same line with two white pieces in between pins neither.
-      {"4k3/8/8/8/1b6/2N5/3N4/4K3 w - - 0 1", NO_PIN, MakeMoveWord(E2, E1, KING),
-       MakeMoveWord(F8, B4, BISHOP), PIN_NONE, NO_PIN},
+      {"4k3/8/8/8/1b6/2N5/3N4/4K3 w - - 0 1", NO_PIN, KE1, BB4, PIN_NONE, NO_PIN},
       // A null move carries the pin on.
-      {"4k3/8/8/8/1b6/2N5/8/4K3 w - - 0 1", KNIGHT_PINNED, MakeMoveWord(E2, E1, KING), INVALID,
-       PIN_NONE, KNIGHT_PINNED},
+      {"4k3/8/8/8/1b6/2N5/8/4K3 w - - 0 1", KNIGHT_PINNED, KE1, INVALID, PIN_NONE, KNIGHT_PINNED},
       // White moved.
       {"4k3/8/8/8/1b6/2N5/8/3K4 b - - 0 1", KNIGHT_PINNED, INVALID, MakeMoveWord(E1, D1, KING),
        PIN_ENDED, NO_PIN},
@@ -285,10 +284,8 @@ TEST(ThreatDetection, UpdatePinFindsNewPinsAndFollowsThoseThatStand) {
     PinRecord records[3] = {NO_PIN, c.standing, NO_PIN};
     EXPECT_EQ(UpdatePin(records, c.last, c.previous, board), c.result) << c.fen;
     EXPECT_EQ(records[2].pinned_square, c.record.pinned_square) << c.fen;
-    if (c.record.pinned_square >= 0) {
-      EXPECT_EQ(records[2].pinner_square, c.record.pinner_square) << c.fen;
-      EXPECT_EQ(records[2].pinning_side, c.record.pinning_side) << c.fen;
-    }
+    EXPECT_EQ(records[2].pinner_square, c.record.pinner_square) << c.fen;
+    EXPECT_EQ(records[2].pinning_side, c.record.pinning_side) << c.fen;
   }
 }
 
