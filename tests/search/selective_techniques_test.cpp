@@ -225,7 +225,9 @@ TEST(ThreatDetection, APinCountsOnlyWhenThePinnedPieceCannotTakeThePinner) {
       {"7k/8/5r2/8/3B4/8/8/6K1 w - - 0 1", D4, F6, true},    // rook by bishop
       {"4k3/8/4r3/8/8/8/8/4R1K1 w - - 0 1", E1, E6, false},  // rook by rook
       {"4k3/8/4b3/8/8/8/8/4Q1K1 w - - 0 1", E1, E6, true},   // bishop by queen on its file
+      {"7k/8/5b2/8/3Q4/8/8/6K1 w - - 0 1", D4, F6, false},   // bishop by queen on its diagonal
       {"7k/8/5r2/8/3Q4/8/8/6K1 w - - 0 1", D4, F6, true},    // rook by queen on its diagonal
+      {"4k3/8/4r3/8/8/8/8/4Q1K1 w - - 0 1", E1, E6, false},  // rook by queen on its file
       {"4k3/8/4n3/8/8/8/8/4R1K1 w - - 0 1", E1, E6, true},   // a knight is always held
       {"4k3/8/4q3/8/8/8/8/4Q1K1 w - - 0 1", E1, E6, false},  // queen by queen
       {"4k3/8/4q3/8/8/8/5K2/4R3 w - - 0 1", E1, E6, true},   // queen by a defended rook
