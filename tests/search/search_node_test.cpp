@@ -257,10 +257,10 @@ TEST_F(SearchNodeTest, NodeCountsOfTheFullWidthTreeOfTheDefaultsAndOfTheTranspos
     std::uint64_t nodes[3];  // full width, defaults, with the cutoff
   } cases[] = {
       // The full-width figures are those of the node before it had any selective technique,
-      // measured with the same evaluation, each search starting from the same point of the random
-      // stream that the move ordering draws from, after the same searches before it. A change of
-      // the evaluation changes them: measure them again with every technique off and compare
-      // with the plain node's figures before taking them.
+      // each search starting from the same point of the random stream that the move ordering
+      // draws from, after the same searches before it. A change of the evaluation changes all
+      // three (a default the last two): take new full-width figures only after comparing them
+      // with the plain node's, the others once the unit tests explain the difference.
       {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1", 4,
        {18703, 63097, 63097}},
       {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", 6, {22679, 95785, 143369}},
