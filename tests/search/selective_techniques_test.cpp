@@ -101,8 +101,9 @@ TEST_F(SelectiveTest, RazoringAndFutilityFollowDistanceMaterialAndThreats) {
     std::int32_t distance_after;
     Score prune_base;  // 0: no pruning
   } cases[] = {
-      // Razored to 136, which is in reach of extended futility.
+      // Razored to 136, which is in reach of extended futility; from 208 to 144, which is not.
       {0, 200, CUT, 0, 0, MIDDLEGAME, 136, -1640 + 600},
+      {0, 208, CUT, 0, 0, MIDDLEGAME, 144, 0},
       {0, 209, CUT, 0, 0, MIDDLEGAME, 209, 0},
       {0, 200, PV, 0, 0, MIDDLEGAME, 200, 0},
       {0, 137, CUT, SKIP_RAZORING, 0, MIDDLEGAME, 137, -1640 + 600},
