@@ -47,15 +47,19 @@ def tool_path(name="brask"):
     return os.path.join(os.path.abspath(sys.argv[1]), name)
 
 
-def engine_path():
-    return tool_path()
+def make_tables(directory, *endgames):
+    """Tablebase files of `endgames` made by brask-tbgen in `directory`/tb; the path."""
+    tables = os.path.join(directory, "tb")
+    subprocess.run([tool_path("brask-tbgen"), *endgames, "-o", tables], check=True,
+                   capture_output=True, timeout=300)
+    return tables
 
 
 def run(lines=(), arguments=(), files=None, input_bytes=None, timeout=TIMEOUT_SECONDS,
-        directory=None):
-    """Runs the engine on `lines` or raw `input_bytes`, with `files` (name: content) put into the
-    directory first; the files after the run, logs excepted, come back in `Run.files` (none when
-    a `directory` of the caller's is used)."""
+        directory=None, engine=None):
+    """Runs the engine (or a copy of it at `engine`) on `lines` or raw `input_bytes`, with `files`
+    (name: content) put into the directory first; the files after the run, logs excepted, come
+    back in `Run.files` (none when a `directory` of the caller's is used)."""
     if input_bytes is None:
         input_bytes = "".join(line + "\n" for line in lines).encode("utf-8", "surrogateescape")
     with tempfile.TemporaryDirectory(prefix="brask-") as scratch:
@@ -63,9 +67,31 @@ def run(lines=(), arguments=(), files=None, input_bytes=None, timeout=TIMEOUT_SE
         for name, content in (files or {}).items():
             with open(os.path.join(where, name), "w", encoding="utf-8") as file:
                 file.write(content)
-        completed = subprocess.run([engine_path(), *arguments], cwd=where, input=input_bytes,
-                                   capture_output=True, timeout=timeout)
+        completed = subprocess.run([engine or tool_path(), *arguments], cwd=where,
+                                   input=input_bytes, capture_output=True, timeout=timeout)
         return Run(completed, read_log(where), {} if directory else read_files(where))
+
+
+def expect_transcripts(rows, files=None):
+    """Each row (lines, answers, position): the lines, in a run of their own beside `files`, give
+    those answers and leave that position in FEN (None: not looked at)."""
+    for lines, answers, position in rows:
+        result = run([*lines, "write_fen out.fen"], files=files)
+        expect_equal(result.status, 0, f"exit status after {lines}")
+        expect_equal(result.answers(), answers, f"answers to {lines}")
+        if position is not None:
+            expect_equal(result.files.get("out.fen", "").strip(), position, f"after {lines}")
+
+
+def expect_answers(rows, prelude=()):
+    """Rows (line, its answer: a text, a list of them, or None), all in one run after `prelude`."""
+    result = run([*prelude, *(line for line, _ in rows)])
+    expect_equal(result.status, 0, "exit status")
+    expected = []
+    for _, answer in rows:
+        expected += [answer] if isinstance(answer, str) else answer or []
+    expect_equal(result.answers(), expected, "answers")
+    return result
 
 
 def read_log(directory):
@@ -94,7 +120,7 @@ class InteractiveSession:
 
     def __init__(self, arguments=(), timeout=TIMEOUT_SECONDS):
         self.directory = tempfile.TemporaryDirectory(prefix="brask-")
-        self.process = subprocess.Popen([engine_path(), *arguments], cwd=self.directory.name,
+        self.process = subprocess.Popen([tool_path(), *arguments], cwd=self.directory.name,
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         stderr=subprocess.DEVNULL)
         self._text = ""

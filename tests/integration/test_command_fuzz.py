@@ -131,5 +131,33 @@ def test_fuzzed_edit_session():
     check_survives(lines, "edit sessions")
 
 
+def test_random_uci_lines():
+    """Lines put together at random from the words of the protocol, good and bad: the engine
+    answers every one and is still ready at the end."""
+    generator = random.Random(16)
+    words = ["uci", "isready", "ucinewgame", "stop", "ponderhit", "debug", "register", "go",
+             "position", "setoption", "startpos", "fen", "moves", "name", "value", "Hash",
+             "Clear", "Contempt", "enable_ettc", "true", "e2e4", "e7e5", "g1f3", "a7a8q", "e1g1",
+             "depth", "1", "2", "-3", "x", "movetime", "20", "nodes", "wtime", "btime", "winc",
+             "movestogo", "0", "searchmoves", "ponder", "mate", "8/8/8/8/8/8/8/8", "k7/8/8/8/8/8/8/K7",
+             "w", "b", "-", "\t", '"', "'"]
+    # Half the lines are good ones, so that searches start and are broken off in every way.
+    good = ["position startpos moves e2e4 e7e5", "position fen k7/8/8/8/8/8/8/K6R w - - 0 1",
+            "go depth 2", "go movetime 20", "go nodes 300", "go ponder wtime 200 btime 200",
+            "go infinite", "go wtime 100 btime 100 winc 5 binc 5", "stop", "ponderhit",
+            "setoption name Hash value 8", "ucinewgame", "isready"]
+    lines = ["uci"]
+    for _ in range(300):
+        if generator.random() < 0.5:
+            lines.append(generator.choice(good))
+        else:
+            lines.append(" ".join(generator.choice(words) for _ in range(generator.randint(1, 7))))
+    lines += ["stop", "isready"]
+    result = run(lines, timeout=60)
+    expect(result.stdout.rstrip().endswith("readyok"), "ready at the end")
+    expect_equal(result.status, 0, "exit status")
+    expect_equal(result.stderr, "", "standard error")
+
+
 if __name__ == "__main__":
     run_tests(globals())

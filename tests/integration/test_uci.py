@@ -3,7 +3,6 @@
 
 Usage: test_uci.py BUILD_DIR
 """
-import random
 import re
 import time
 
@@ -96,14 +95,9 @@ def test_bad_input_is_answered_with_info_strings_and_changes_nothing():
         ("wtime 1000 fast", "unknown parameter fast"), ("searchmoves", "missing parameters"),
         ("searchmoves depth 3", "missing parameters")]] + [
         ("setoption", "info string Error (missing parameters): setoption"),
-        ("setoption name Nothing value 1", "info string Error (unknown option): "
-                                           "setoption name Nothing value 1"),
+        # The other refusals of setoption are the same path with other texts.
         ("setoption name Hash value 1000000", "info string Error (value out of bounds): "
                                               "setoption name Hash value 1000000"),
-        ("setoption name enable_ettc value yes", "info string Error (could not parse boolean: yes): "
-                                                 "setoption name enable_ettc value yes"),
-        ("setoption name Personality value Nobody", "info string Error (invalid argument(s)): "
-                                                    "setoption name Personality value Nobody"),
     ]
     with uci_session() as session:
         session.send("position startpos moves e2e4", *[line for line, _ in bad], "go depth 2")
@@ -254,34 +248,6 @@ def test_console_switches_to_uci_and_help_lists_it():
     result = run(["help", "e4", "uci", "isready"])
     expect(re.search(r"^uci\.+ ?Enters UCI mode", result.stdout, re.M), "help row")
     expect(result.stdout.rstrip().endswith("readyok"), "UCI after console moves")
-
-
-def test_random_lines_never_end_the_engine():
-    """Lines put together at random from the words of the protocol, good and bad: the engine
-    answers every one and is still ready at the end."""
-    generator = random.Random(16)
-    words = ["uci", "isready", "ucinewgame", "stop", "ponderhit", "debug", "register", "go",
-             "position", "setoption", "startpos", "fen", "moves", "name", "value", "Hash",
-             "Clear", "Contempt", "enable_ettc", "true", "e2e4", "e7e5", "g1f3", "a7a8q", "e1g1",
-             "depth", "1", "2", "-3", "x", "movetime", "20", "nodes", "wtime", "btime", "winc",
-             "movestogo", "0", "searchmoves", "ponder", "mate", "8/8/8/8/8/8/8/8", "k7/8/8/8/8/8/8/K7",
-             "w", "b", "-", "\t", '"', "'"]
-    # Half the lines are good ones, so that searches start and are broken off in every way.
-    good = ["position startpos moves e2e4 e7e5", "position fen k7/8/8/8/8/8/8/K6R w - - 0 1",
-            "go depth 2", "go movetime 20", "go nodes 300", "go ponder wtime 200 btime 200",
-            "go infinite", "go wtime 100 btime 100 winc 5 binc 5", "stop", "ponderhit",
-            "setoption name Hash value 8", "ucinewgame", "isready"]
-    lines = ["uci"]
-    for _ in range(300):
-        if generator.random() < 0.5:
-            lines.append(generator.choice(good))
-        else:
-            lines.append(" ".join(generator.choice(words) for _ in range(generator.randint(1, 7))))
-    lines += ["stop", "isready"]
-    result = run(lines, timeout=60)
-    expect(result.stdout.rstrip().endswith("readyok"), "ready at the end")
-    expect_equal(result.status, 0, "exit status")
-    expect_equal(result.stderr, "", "standard error")
 
 
 def test_self_play_on_one_second_plus_ten_milliseconds():

@@ -1,19 +1,59 @@
 #!/usr/bin/env python3
-"""The help screen as a pipe sees it (80 columns, no paging), and the command-line options with
-their exit status.
+"""Start-up: the numbered log and the logging of every input line, the command-line options with
+their exit status, and the help screens as a pipe sees them (80 columns, no paging).
 
-Usage: test_help_and_options.py BUILD_DIR
+Usage: test_startup_and_help.py BUILD_DIR
 """
+import os
+import re
+import tempfile
+
 from engine_session import expect, expect_equal, log_only_reports, run, run_tests
 
-COMMAND_COUNT = 62
+PROMPT = " \rWhite 1> "
+BANNER = re.compile(r"Brask logfile created at: \w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4}\n\n"
+                    r"Bitboard algorithms\n- popcount:         Table lookup PopCount\n"
+                    r"- popcount_sparse:  Table lookup PopCount\n"
+                    r"- find_lowest_bit:  FindLowestBitViaFindHighestBit\n"
+                    r"- find_highest_bit: Table lookup \(not inlined\)\n"
+                    r"- find_next_bit:    FindHighestBit\n\n")
 STARTUP_WORDS = ["contempt", "easy", "eval", "generate", "hash", "help", "id", "level",
                  "modify_settings", "personality", "probe", "protover", "quit", "read_fen",
                  "read_pgn", "read_settings", "sd", "setboard", "st", "tb", "tc", "verify",
                  "version", "xboard"]
 # Entries whose descriptions hold line breaks of their own.
 FORCED_BREAKS = {"generate", "hash", "personality", "tb", "undo", "verify"}
-STARTUP_FAILED = 'Error while parsing startup commands (stopped at "{}")'
+
+
+def test_empty_input_leaves_banner_and_a_numbered_log_per_run():
+    with tempfile.TemporaryDirectory() as directory:
+        for _ in range(2):
+            result = run(directory=directory)
+            # The console greets nobody: the first prompt is all, and the end of input quits.
+            expect_equal((result.status, result.stdout, result.stderr), (0, PROMPT, ""), "run")
+            expect(BANNER.match(result.log), f"the log's first blocks: {result.log[:300]!r}")
+            expect("Brask received input" not in result.log, "the end of input logged as a line")
+        expect_equal(sorted(os.listdir(directory)), ["logfile.000", "logfile.001"], "files")
+
+
+def test_input_lines_are_logged():
+    pings = [f"ping {i}" for i in range(2000)]
+    text = "force\r\n\r\nusermove e2e4\n" + "".join(f"{ping}\n" for ping in pings) + "last"
+    result = run(input_bytes=text.encode())
+    expect_equal(re.findall(r"Brask received input: (.*)\n", result.log),
+                 ["force", "", "usermove e2e4"] + pings + ["last"], "logged input")
+    expect_equal(re.findall(r"pong (\d+)", result.stdout), [str(i) for i in range(2000)],
+                 "every line answered in order")
+
+
+def test_read_only_directory_runs_without_a_log():
+    # /proc refuses new files even to root, who writes into any ordinary directory.
+    before = set(os.listdir("/proc"))
+    result = run(["hello"], directory="/proc")
+    expect_equal((result.status, result.stdout, result.stderr),
+                 (0, PROMPT + "Illegal move: hello\n" + PROMPT, ""), "run without a log")
+    expect(not any(name.startswith("logfile.") for name in set(os.listdir("/proc")) - before),
+           "a log file appeared")
 
 
 def help_entries(lines, width):
@@ -29,19 +69,13 @@ def help_entries(lines, width):
         word = line[:width + 1].rstrip(".")
         expect(line[:width + 1] == word.ljust(width + 1, "."), f"dots of {line!r}")
         entries.append((word, [line[width + 1:]]))
-    return entries
-
-
-def check_filled(entries, width):
-    """Where a description has no breaks of its own, a line ends only if the next word would
-    not have fitted behind it."""
+    # Where a description has no breaks of its own, a line ends only if the next word would not
+    # have fitted behind it.
     for word, lines in entries:
-        if word in FORCED_BREAKS:
-            continue
         for line, following in zip(lines, lines[1:]):
-            next_word = following.split(" ")[0]
-            expect(width + len(next_word) + len(line) >= 79,
-                   f"{word}: {next_word!r} would have fitted behind {line!r}")
+            expect(word in FORCED_BREAKS or width + len(following.split(" ")[0]) + len(line) >= 79,
+                   f"{word}: {following!r} would have fitted behind {line!r}")
+    return entries
 
 
 def test_command_help_columns_and_order():
@@ -49,15 +83,14 @@ def test_command_help_columns_and_order():
     lines = result.answers()
     entries = help_entries(lines, 16)
     words = [word for word, _ in entries]
-    expect_equal(len(words), COMMAND_COUNT, "entries")
+    expect_equal(len(words), 62, "entries")
     expect_equal(words[:3], ['"."', "?", "accepted"], "first entries")
     expect_equal(words, sorted(words, key=str.lower), "order without regard to case")
     expect("press enter" not in result.stdout, "no paging on a pipe")
+    expect("display_settings.Displays the current values of one or more search settings" in lines,
+           "one dot after display_settings")
+    expect("hint" + "." * 13 + "Makes the engine propose a move" in lines, "dots after hint")
     texts = dict(entries)
-    expect_equal(lines[lines.index("display_settings.Displays the current values of one or more "
-                                   "search settings")][16], ".", "one dot after display_settings")
-    expect(any(line == "hint" + "." * 13 + "Makes the engine propose a move" for line in lines),
-           "thirteen dots after hint")
     expect_equal(texts["personality"][:2],
                  ["Controls the engine's personality:",
                   "A positive (integer) value will make the engine play more"],
@@ -65,7 +98,6 @@ def test_command_help_columns_and_order():
     # A run of blanks counts as one gap.
     expect_equal(texts["next"][1], 'one). Additionally, "next all" will make all moves at once, '
                  "and", "two blanks in the text of next")
-    check_filled(entries, 16)
     # The log gets the entries without padding.
     expect("\ncommand description\n" in result.log, "heading in the log")
     expect("\nhint.Makes the engine propose a move\n" in result.log, "entry in the log")
@@ -74,8 +106,8 @@ def test_command_help_columns_and_order():
 def test_startup_help_and_version_end_the_run():
     result = run(["ping 1"], arguments=["--help", "--quit"])
     expect_equal(result.status, 0, "status of --help")
-    entries = help_entries(result.answers(), 15)
-    expect_equal([word for word, _ in entries], STARTUP_WORDS, "start-up words")
+    expect_equal([word for word, _ in help_entries(result.answers(), 15)], STARTUP_WORDS,
+                 "start-up words")
     expect("pong" not in result.stdout, "--help reads no input")
     result = run(["ping 1"], arguments=["-version"])
     expect_equal(result.status, 0, "status of --version")
@@ -84,19 +116,21 @@ def test_startup_help_and_version_end_the_run():
     expect("Brask v2.0.1" not in result.log, "the version is not logged")
     expect("Executing startup command: version (not sent to xboard)\n" in result.log,
            "start-up command in the log")
+    expect_equal((run(["ping 1"], arguments=["--quit"]).stdout), "", "--quit")
 
 
 def test_bad_options_end_with_status_1():
-    cases = [(["--foo"], "foo"), (["-"], "-"), (["--"], "--"), (["---quit"], "-quit"),
-             (["--hash="], "hash="), (["--go"], "go"),
-             (["--contempt", "-10"], "Error (wrong number of arguments): contempt"),
-             (["--st=-1"], "Error (argument out of bounds): st -1"),
-             (["--read_fen", "none.fen"], "Error (could not open file): read_fen none.fen"),
-             (["--hash", "foo", "1M"], "Error (unknown hashtable type): hash foo 1M")]
-    for arguments, stopped_at in cases:
+    for arguments, stopped_at in [
+            (["--foo"], "foo"), (["-"], "-"), (["--"], "--"), (["---quit"], "-quit"),
+            (["--hash="], "hash="), (["--go"], "go"),
+            (["--contempt", "-10"], "Error (wrong number of arguments): contempt"),
+            (["--st=-1"], "Error (argument out of bounds): st -1"),
+            (["--read_fen", "none.fen"], "Error (could not open file): read_fen none.fen"),
+            (["--verify", "all"], "Error (tablebases not loaded): verify all")]:
         result = run(["ping 1"], arguments=arguments)
-        expect_equal((result.status, result.stdout, result.stderr),
-                     (1, STARTUP_FAILED.format(stopped_at) + "\n", ""), f"run with {arguments}")
+        expect_equal((result.status, result.stdout.split("\n")[-2:], result.stderr),
+                     (1, [f'Error while parsing startup commands (stopped at "{stopped_at}")', ""],
+                      ""), f"run with {arguments}")
 
 
 def test_good_options_run_before_the_main_loop():
@@ -111,15 +145,17 @@ def test_good_options_run_before_the_main_loop():
     expect_equal(result.prompts()[0], "Black 40> ", "first prompt")
     expect("Executing startup command: contempt -10" in log_only_reports(result.log),
            "start-up command in the log")
+    result = run(["ping 1"], arguments=["--id=##Rival", "--protover", "2"])
+    expect_equal((result.answers()[4], result.answers()[-1]), ('feature myname="Rival"', "pong 1"),
+                 "features at start-up, then the main loop")
 
 
 def test_options_without_dashes_and_refusals_that_can_be_passed_over():
     result = run(["ping 5"], arguments=["hash", "trans", "64M"])
-    expect_equal(result.status, 0, "exit status")
-    expect_equal(result.stderr, "Warning: Expecting '-' before option \"hash\"! Continuing...\n",
-                 "warning on stderr")
-    expect_equal(result.answers(), ["pong 5"], "answers")
-    # Tablebases that cannot be opened do not stop start-up; a verification without them does.
+    expect_equal((result.status, result.stderr, result.answers()),
+                 (0, "Warning: Expecting '-' before option \"hash\"! Continuing...\n", ["pong 5"]),
+                 "an option without dashes")
+    # Tablebases that cannot be opened do not stop start-up.
     result = run(["ping 6"], arguments=["--tb", "nalimov", "8M", "nowhere"])
     expect_equal(result.status, 0, "exit status")
     answers = result.answers()
@@ -127,18 +163,6 @@ def test_options_without_dashes_and_refusals_that_can_be_passed_over():
     expect_equal(answers[-1], "pong 6", "answers")
     expect("Execution of the command failed, but it is safe to proceed and ignore this error:\n"
            in result.log, "note in the log")
-    result = run(["ping 7"], arguments=["--verify", "all"])
-    expect_equal(result.status, 1, "exit status of a failed verification")
-    expect("tablebases not loaded" in result.stdout, f"reason: {result.stdout[-300:]}")
-
-
-def test_quit_and_protocols_at_startup():
-    result = run(["ping 1"], arguments=["--quit"])
-    expect_equal((result.status, result.stdout), (0, ""), "--quit")
-    result = run(["ping 1"], arguments=["--id=##Rival", "--protover", "2"])
-    expect_equal(result.status, 0, "protover at start-up")
-    expect_equal(result.answers()[4], 'feature myname="Rival"', "features at start-up")
-    expect_equal(result.answers()[-1], "pong 1", "main loop after the options")
 
 
 if __name__ == "__main__":

@@ -1,0 +1,458 @@
+#!/usr/bin/env python3
+"""The engine playing with its real search and clock, at the console and under xboard: mates and
+resignation, a 40-move game on the clock, limits, analysis, pondering, hints, draw offers, status
+lines and the hash tables.
+
+Usage: test_play.py BUILD_DIR
+"""
+import re
+import time
+
+from engine_session import InteractiveSession, expect, expect_equal, log_only_reports, run_tests
+
+PLAYED = r"Brask played: (\S+)\n"
+THINKING_LINE = re.compile(r"Depth: (\d+)\. ([^\n(]*)\(([^)]*)\)\n")
+MOVE = r"^move (\S+)$"
+# Iteration, score, centiseconds, nodes, then each move of the line followed by a blank.
+THINKING = re.compile(r"^(\d+) (-?\d+) (-?\d+) (\d+) ((?:\S+ )+)$")
+STATUS = re.compile(r"^stat01: (\d+) (\d+) (\d+) (-?\d+) (\d+) (\S+)$")
+BLACK_FIRST = re.compile(r"^(?:[a-h][65]|N[acfh]6)$")  # Black's legal answers to 1.e4 or 1.d4
+WHITE_FIRST = re.compile(r"^(?:[a-h][34]|N[acfh]3)$")
+MATED_IN_1 = "k7/8/1K6/8/8/8/8/7R b - - 0 1"
+
+
+def console():
+    # Whole games are played in one session: no overall deadline beyond each wait's own.
+    return InteractiveSession(timeout=600)
+
+
+def engine_move(session, start, timeout=30):
+    """The engine's next move after `start`, with the line and score of its last thinking line."""
+    match = session.wait_for_text(PLAYED, timeout, start)
+    lines = THINKING_LINE.findall(session.output()[start:match.start()])
+    expect(lines, f"no thinking line before {match.group(0)!r}")
+    line, score = lines[-1][1].split(), lines[-1][2]
+    expect_equal(line[0], match.group(1), "the move played is the head of the last line")
+    return match.group(1), line, score
+
+
+def play_out(session, setup, max_moves):
+    """Sets up a game for the engine, then answers each engine move with the reply it expects,
+    until the game ends; the engine's moves with their scores, and the output of the game."""
+    session.send("force", *setup)
+    start = mark = session.mark()
+    session.send("go")
+    moves = []
+    for _ in range(max_moves):
+        move, line, score = engine_move(session, mark)
+        moves.append((move, score))
+        if session.poll_for(r"game over: [^\n]*\n", 1.0, mark):
+            return moves, session.output(start)
+        mark = session.mark()
+        session.send(line[1])
+    raise AssertionError(f"no end of the game after {moves}")
+
+
+def test_mates_are_announced_and_played_and_lost_games_resigned():
+    for fen, scores, result in [
+            ("7k/8/8/8/8/8/R7/1R4K1 w - - 0 1", ["#2", "#1"], "1-0 (White mates)"),
+            ("r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1", ["#3", "#2", "#1"],
+             "0-1 (Black mates)")]:
+        with console() as engine:
+            moves, output = play_out(engine, ["setboard " + fen, "st 2"], len(scores) + 2)
+            expect_equal([score for _, score in moves], scores, "scores of the mating moves")
+            expect(moves[-1][0].endswith("#") and f"game over: {result}\n" in output,
+                   f"no mate: {output[-300:]!r}")
+    with console() as engine:
+        engine.send("force", "setboard 7k/8/8/8/8/8/R7/1R4K1 b - - 0 1", "st 2", "go")
+        expect_equal(engine_move(engine, 0)[2], "-#3", "score of the mated side")
+        engine.wait_for_text(r"Congratulations! Brask resigns.\n(?:.*\n)*?game over: 1-0 \(Black "
+                             r"resigns\)\n", 2)
+    # A hopeless position is resigned after some moves, not at once.
+    with console() as engine:
+        moves, output = play_out(engine, ["setboard 3qk2r/8/8/8/8/8/8/R3K3 w - - 0 1", "sd 5"], 8)
+        expect(len(moves) >= 2 and all(score.startswith("-") for _, score in moves), f"{moves}")
+        expect(output.count("Congratulations! Brask resigns.\n") == 1 and re.search(
+            r"resigns.\n(?:.*\n)*?game over: 0-1 \(White resigns\)\n", output), output[-300:])
+
+
+def test_a_single_legal_move_and_the_stalemate_worth_the_contempt():
+    with console() as engine:
+        engine.send("force", "setboard k7/8/8/8/8/8/1r6/K6r w - - 0 1", "st 1", "go")
+        started = time.monotonic()
+        expect_equal(engine_move(engine, 0, timeout=10)[0], "Kxb2", "the only legal move")
+        expect(time.monotonic() - started < 5, "a forced move took the time of a search and more")
+    # Black is a rook down; giving the queen away stalemates its own king.
+    for contempt in ("-30", "20"):
+        with console() as engine:
+            engine.send("force", "setboard k7/p7/P7/4Q3/6q1/4R3/8/7K b - - 0 1",
+                        "contempt " + contempt, "st 2", "go")
+            move, _, score = engine_move(engine, 0)
+            expect_equal((move, score), ("Qg2+", contempt), "the stalemating move and its score")
+            mark = engine.mark()
+            engine.send("Kxg2")
+            engine.wait_for_text(r"game over: 1/2-1/2 \(Stalemate\)\n", 5, mark)
+
+
+HASH_TABLE = re.compile(r"(transposition table|pawn hashtable|evaluation hashtable): "
+                        r"([\d.]+ \w+)\n#total slots: +(\d+)\n#free  slots: +(\d+)\n"
+                        r"fill percentage: (\d+)\.(\d+)%\n")
+
+
+def hash_report(session):
+    start = session.mark()
+    session.send("hash")
+    session.wait_for_text(r"evaluation hashtable:[^%]*%\n", 5, start)
+    return {name: (size, int(total), int(free), int(whole) * 100 + int(hundredths))
+            for name, size, total, free, whole, hundredths
+            in HASH_TABLE.findall(session.output(start))}
+
+
+def test_hash_tables_sized_filled_and_cleared_by_a_new_personality():
+    with console() as engine:
+        report = hash_report(engine)
+        expect_equal(list(report), ["transposition table", "pawn hashtable",
+                                    "evaluation hashtable"], "tables")
+        expect_equal(report["transposition table"], ("24.00 megabyte", 1048576, 1048576, 0),
+                     "transposition table at start")
+        expect_equal(report["pawn hashtable"][:2], ("3.50 megabyte", 32768), "pawn table")
+        expect_equal(report["evaluation hashtable"][:2], ("3.00 megabyte", 262144), "eval table")
+        engine.send("force", "hash trans 64M")
+        expect_equal(hash_report(engine)["transposition table"],
+                     ("48.00 megabyte", 2097152, 2097152, 0), "after hash trans 64M")
+        mark = engine.mark()
+        engine.send("sd 6", "go")
+        engine.wait_for_text(PLAYED, 30, mark)
+        engine.send("force")
+        filled = hash_report(engine)
+        for name, (size, total, free, percent) in filled.items():
+            expect(free < total, f"{name} unused by a search")
+            expect_equal(percent, 10000 * (total - free) // total, f"fill percentage of {name}")
+        expect_equal(filled["transposition table"][:2], ("48.00 megabyte", 2097152), "size kept")
+        engine.send("personality Ilmaris")
+        after = hash_report(engine)
+        for name in ("transposition table", "evaluation hashtable"):
+            expect_equal(after[name][2], after[name][1], f"{name} after a new personality")
+        expect_equal(after["pawn hashtable"], filled["pawn hashtable"], "the pawn table stays")
+
+
+# A minute for 40 moves, repeated: 45 moves of each side cross the end of the first stage. The
+# test's own reaction between moves runs on the engine's clock too, which a shorter stage would
+# make count for too much.
+LEVEL_SECONDS = 60
+GAME_MOVES = 45
+SEARCH_LIMITS = re.compile(r"type=normal\nmax_depth=\d+\nmax_time_limit=(\d+)\n")
+
+
+def test_a_forty_move_game_against_itself_keeps_within_the_clock():
+    """The engine plays both sides at level 40 1 0. The hard limit of move 41, from the log, is
+    exactly the clock divided by 40: it tells what was left of the first minute."""
+    with console() as engine:
+        # A draw is worth less than a pawn to both sides, so the game isn't repeated to its end.
+        engine.send("force", "contempt -50", f"level 40 {LEVEL_SECONDS // 60} 0")
+        wall = []
+        for ply in range(2 * GAME_MOVES):
+            mark = engine.mark()
+            started = time.monotonic()
+            engine.send("go")
+            engine.wait_for_text(PLAYED, 30, mark)
+            wall.append(time.monotonic() - started)
+            expect(not engine.poll_for("game over", 0.05, mark),
+                   f"the game ended at ply {ply + 1}: {engine.output(mark)[-300:]!r}")
+        expect_equal(engine.quit(), 0, "exit status")
+    limits = [int(limit) for limit in SEARCH_LIMITS.findall(engine.log)]
+    times = [float(seconds) for seconds in re.findall(r"time: ([\d.]+) sec", engine.log)]
+    expect_equal((len(limits), len(times)), (2 * GAME_MOVES, 2 * GAME_MOVES), "searches logged")
+    # The clock is polled by node counts at most an eighth of a second apart: on a busy machine
+    # that much may be spent past the limit.
+    for ply, (limit, seconds) in enumerate(zip(limits, times)):
+        expect(seconds * 1000 <= limit + 125,
+               f"ply {ply + 1} searched {seconds} s with a hard limit of {limit} ms")
+    for side, name in ((0, "White"), (1, "Black")):
+        used = sum(wall[side:80:2])
+        left_ms = 40 * limits[80 + side] - LEVEL_SECONDS * 1000
+        print(f"     {name}: 40 moves in {used:.2f} s by the test's watch, "
+              f"{left_ms} ms left on the clock (±40)")
+        expect(used < LEVEL_SECONDS, f"{name} used {used:.2f} s for 40 moves")
+        expect(left_ms > 0, f"{name}'s clock ran out: {left_ms} ms after 40 moves")
+        # Each move of the first stage gets at least what is left divided by the moves to come.
+        expect(all(limit >= 150 for limit in limits[side:80:2]), f"{name}'s limits: {limits}")
+
+
+def test_console_limits_hint_draw_and_commands_during_a_search():
+    with console() as engine:
+        engine.send("st 1")
+        started = time.monotonic()
+        engine.send("e4")
+        engine.wait_for_text(PLAYED, 10)
+        expect(0.8 <= time.monotonic() - started <= 3.0, "st 1 took the wrong time")
+        mark = engine.mark()
+        engine.send("hint")
+        hint = engine.wait_for_text(r"Brask suggests (\S+)\n", 10, mark).group(1)
+        mark = engine.mark()
+        engine.send("sd 3", "st 100", hint)
+        engine.wait_for_text(PLAYED, 30, mark)
+        expect(re.search(r"Illegal|Error", engine.output(mark)) is None, f"the hint {hint}")
+        depths = {int(depth) for depth in re.findall(r"Depth: (\d+)\.", engine.output(mark))}
+        expect_equal(max(depths), 3, "the last iteration with sd 3")
+        # A queen and a rook down, the engine takes the draw at the end of its next search.
+        engine.send("force", "setboard r3k3/2q5/8/8/8/8/8/4K3 b - - 0 1", "sd 4", "playother")
+        mark = engine.mark()
+        engine.send("draw", "Kd8")
+        engine.wait_for_text(r"Brask accepts draw offer\n(?:.*\n)*?game over: 1/2-1/2 \(", 20,
+                             mark)
+        expect("Brask played" not in engine.output(mark), "a move after accepting the draw")
+        engine.send("new", "sd 99", "st 100", "go")
+        time.sleep(0.5)
+        mark = engine.mark()
+        engine.send("frobnicate1", "frobnicate2")
+        engine.wait_for_text("frobnicate2", 2, mark)
+        time.sleep(0.5)
+        later = engine.output(mark)
+        expect("Brask played" not in later, "a wrong command ended the search")
+        expect(0 <= later.find("frobnicate1") < later.find("frobnicate2"), f"order: {later!r}")
+        started = time.monotonic()
+        expect_equal(engine.quit(timeout=5), 0, "exit status of quit during a search")
+        expect(time.monotonic() - started < 1.0, "quit waited for the search")
+        expect("Brask played" not in engine.output(mark), "a move was played after quit")
+
+
+def xboard():
+    session = InteractiveSession()
+    session.send("protover 2")
+    session.wait_for("feature done=1", 5)
+    return session
+
+
+def thinking_lines(lines):
+    return [THINKING.match(line) for line in lines if THINKING.match(line)]
+
+
+def synchronize(session, tag="sync"):
+    """Lines written before the engine has answered a ping: what the commands before it said."""
+    session.send(f"ping {tag}")
+    return session.wait_for(f"^pong {tag}$", 10)[1]
+
+
+def test_xboard_moves_in_both_forms_answered_in_time_with_status_and_move_now():
+    with xboard() as engine:
+        engine.send("new", "level 0 2 0.5", "usermove e2e4")
+        started = time.monotonic()
+        match, before = engine.wait_for(MOVE, 14, "answer to usermove e2e4")
+        expect(BLACK_FIRST.match(match.group(1)), f"answer {match.group(1)!r} to 1.e4")
+        # At 2 minutes a game the hard limit of a move is 12 s.
+        expect(time.monotonic() - started < 13, "an answer in time at 2 minutes a game")
+        expect_equal(before, [], "nothing else on a game clock without post")
+        engine.send("new", "st 20", "d2d4")
+        time.sleep(1.0)
+        engine.send(".")
+        status = STATUS.match(engine.wait_for(r"^stat01: ", 5)[0].string)
+        expect(status is not None, "a status line")
+        centiseconds, nodes, depth, left, total, current = status.groups()
+        expect(50 <= int(centiseconds) <= 400, f"elapsed time {centiseconds} cs after 1 s")
+        expect(int(nodes) > 0 and int(depth) >= 2, f"nodes {nodes}, depth {depth}")
+        expect(total == "20" and 0 <= int(left) < 20 and BLACK_FIRST.match(current),
+               f"root moves {left} {total} {current}")
+        # "?" ends the search at once, and its best move is played.
+        engine.send("?")
+        started = time.monotonic()
+        match, before = engine.wait_for(MOVE, 3, "move after ?")
+        expect(time.monotonic() - started < 1.5, "? answers at once")
+        expect(BLACK_FIRST.match(match.group(1)) and before == [], f"{before} {match.group(1)}")
+        engine.send(".")
+        engine.wait_for(r"^stat01: 0 0 0 0 0$", 5, "status without a search")
+        # 1.5 s left on the engine's clock: a quick move.
+        engine.send("new", "level 40 5 0", "time 150", "otim 30000", "e2e4")
+        started = time.monotonic()
+        match, before = engine.wait_for(MOVE, 5)
+        expect_equal(before, [], "time and otim are silent")
+        expect(time.monotonic() - started < 1.0, "1.5 s left: a quick move")
+    reports = log_only_reports(engine.log)
+    expect("User move: e4" in reports and "User move: d4" in reports, "user moves in the log")
+    expect("milliseconds_left: 1500" in engine.log, "the engine's clock set by time")
+
+
+def test_xboard_thinking_lines_and_mate_scores():
+    with xboard() as engine:
+        engine.send("new", "post", "sd 4", "usermove e2e4")
+        match, before = engine.wait_for(MOVE, 10)
+        lines = thinking_lines(before)
+        expect(len(lines) >= 4 and len(lines) == len(before), f"thinking lines {before}")
+        expect_equal(sorted({int(line.group(1)) for line in lines}), [1, 2, 3, 4], "iterations")
+        expect_equal(lines[-1].group(5).split()[0], match.group(1), "move is the line's first")
+        nodes = [int(line.group(4)) for line in lines]
+        expect(nodes == sorted(nodes) and nodes[-1] > 0, f"nodes grow: {nodes}")
+        expect(all(-200 < int(line.group(2)) < 200 for line in lines), "scores in centipawns")
+        # Mate in 2 for White (1.Kb6 or 1.Kc7, then the rook mates); then mated in 1.
+        engine.send("force", "setboard k7/8/2K5/8/8/8/8/7R w - - 0 1", "sd 5", "go")
+        match, before = engine.wait_for(MOVE, 10)
+        expect_equal(int(thinking_lines(before)[-1].group(2)), 32764, "mate in 2 for the engine")
+        expect(match.group(1) in {"Kb6", "Kc7"}, f"mating move {match.group(1)!r}")
+        engine.send("force", f"setboard {MATED_IN_1}", "go")
+        match, before = engine.wait_for(MOVE, 10)
+        expect_equal((int(thinking_lines(before)[-1].group(2)), match.group(1)), (-32765, "Kb8"),
+                     "mated in 1, and the only move")
+        engine.send("nopost", "new", "d2d4")
+        match, before = engine.wait_for(MOVE, 10)
+        expect_equal(before, [], "no thinking on the terminal with nopost")
+    # Without post each thinking line goes to the log, marked as not sent.
+    after_nopost = engine.log[engine.log.rindex("received input: nopost"):]
+    expect(re.search(r"\n\d+ -?\d+ \d+ \d+ (?:\S+ )+\n \(not sent to xboard\)\n", after_nopost),
+           "thinking lines in the log after nopost")
+
+
+def test_xboard_result_ends_the_game_silently():
+    with xboard() as engine:
+        engine.send("new", "st 5", "e2e4")
+        time.sleep(0.5)
+        # The front end ends the game while the engine thinks: the search is dropped unplayed.
+        engine.send("result 1-0 {White mates}")
+        expect_equal(synchronize(engine), [], "answer to result")
+        engine.send(".", "e7e5", "go", "draw")
+        expect_equal(synchronize(engine, "after"),
+                     ["stat01: 0 0 0 0 0", "Illegal move: e7e5", "Error (game over): draw"],
+                     "answers after the result")
+        expect_equal(engine.quiet_for(0.5), [], "no move after the result")
+
+
+def test_xboard_analysis_ignores_limits_follows_moves_and_makes_none():
+    with xboard() as engine:
+        # Limits that would end a normal search long before.
+        engine.send("post", "new", "st 1", "sd 2", "analyze")
+        time.sleep(1.5)
+        engine.send("exit")
+        lines = synchronize(engine)
+        expect(max(int(line.group(1)) for line in thinking_lines(lines)) > 2, f"{lines[-3:]}")
+        expect(not any(line.startswith("move") for line in lines), "analysis makes no move")
+        expect_equal(engine.quiet_for(0.3), [], "nothing after exit")
+        # Exit leaves force mode: a move is taken without an answer.
+        engine.send("e2e4")
+        expect_equal(synchronize(engine, "force"), [], "no answer in force mode")
+        engine.send("force", f"setboard {MATED_IN_1}", "analyze")
+        # A forced line is searched to the last iteration; the analysis then waits.
+        engine.wait_for(r"^79 -32765 \d+ \d+ Kb8 Rh8# $", 10, "last iteration")
+        engine.send("Kb8")
+        engine.wait_for(r"^79 32766 \d+ \d+ Rh8# $", 10, "analysis after Kb8")
+        engine.send("Rh8")
+        expect_equal(synchronize(engine, "mate"), [], "the mate is silent in analyze mode")
+        engine.send(".")
+        expect_equal(synchronize(engine, "status"), ["stat01: 0 0 0 0 0"],
+                     "no search on a finished game")
+        engine.send("undo")
+        engine.wait_for(r"^1 32766 \d+ \d+ Rh8# $", 5, "analysis again after undo")
+        engine.send("exit")
+        lines = synchronize(engine, "exit")
+        expect(not any(line.startswith("move") for line in lines), f"no move: {lines[-3:]}")
+    expect("type=analyze" in engine.log, "an analyze search in the log")
+    expect("Entering analyze compatibility mode" in log_only_reports(engine.log),
+           "a wait on the finished game")
+
+
+def test_xboard_hint_searches_briefly_and_is_silent_without_a_move():
+    with xboard() as engine:
+        engine.send("new", "hint")
+        started = time.monotonic()
+        match, before = engine.wait_for(r"^Hint: (\S+)$", 6, "hint")
+        expect(time.monotonic() - started < 4, "the hint search is short")
+        expect(WHITE_FIRST.match(match.group(1)) and before == [], f"hint {match.group(0)!r}")
+        # The answer is known now: a second hint comes without a search.
+        engine.send("hint")
+        engine.wait_for(rf"^Hint: {re.escape(match.group(1))}$", 2, "hint again")
+        engine.send("force", "setboard k7/2Q5/1K6/8/8/8/8/8 b - - 0 1", "hint")
+        expect_equal(synchronize(engine), [], "no hint without a legal move")
+
+
+def engine_move_then_ponder(engine):
+    """Plays 1.e4 with pondering on; returns the move the engine expects."""
+    engine.send("new", "hard", "st 1", "e2e4")
+    engine.wait_for(MOVE, 10, "the engine's reply")
+    time.sleep(0.3)
+    engine.send("hint")
+    return engine.wait_for(r"^Hint: (\S+)$", 5, "the move pondered on")[0].group(1)
+
+
+def test_xboard_ponder_hit_and_miss():
+    with xboard() as engine:
+        expected = engine_move_then_ponder(engine)
+        time.sleep(2.0)
+        # Pondering runs on past the time limit of a move.
+        engine.send(".")
+        status = STATUS.match(engine.wait_for("^stat01", 5)[0].string)
+        expect(status and int(status.group(1)) >= 150, f"pondering stopped: {status}")
+        engine.send(f"usermove {expected}")
+        started = time.monotonic()
+        engine.wait_for(MOVE, 5, "the answer after a ponder hit")
+        # Thinking time spent on the right guess counts, so the 1 s limit is mostly used up.
+        expect(time.monotonic() - started < 0.9, "a quick answer after a hit")
+    expect(f"Predicted move made (usermove {expected})" in log_only_reports(engine.log),
+           "the hit in the log")
+    with xboard() as engine:
+        expected = engine_move_then_ponder(engine)
+        time.sleep(0.5)
+        engine.send("h3" if expected == "a3" else "a3")
+        match, before = engine.wait_for(MOVE, 5, "the answer after a ponder miss")
+        expect_equal(before, [], "nothing else before the answer")
+    expect("Predicted move made" not in engine.log, "no hit on another move")
+    expect_equal(re.findall(r"type=(\w+)", engine.log)[:4],
+                 ["normal", "pondering", "normal", "pondering"],
+                 "searches: reply, ponder, new search after the miss, ponder")
+    fens = re.findall(r"FEN: (\S+ [wb])", engine.log)
+    expect(fens[2].endswith(" b"), f"the new search is for Black: {fens[2]}")
+
+
+def test_xboard_pondering_gives_way_to_easy_go_and_playother():
+    with xboard() as engine:
+        engine.send("new", "force", "e2e4", "st 1", "playother")
+        expect_equal(synchronize(engine), [], "playother starts no search without pondering")
+        engine.send("e7e5")
+        match, _ = engine.wait_for(MOVE, 10, "the engine's move for White")
+        expect(not BLACK_FIRST.match(match.group(1)), f"a move for White: {match.group(1)!r}")
+        engine_move_then_ponder(engine)
+        engine.send("easy")
+        synchronize(engine)
+        engine.send(".")
+        expect_equal(synchronize(engine, "easy"), ["stat01: 0 0 0 0 0"], "easy ends pondering")
+        # Pondering again from playother, then go: the engine takes White's move itself.
+        engine.send("hard", "force", "playother")
+        time.sleep(0.5)
+        engine.send(".")
+        expect(STATUS.match(engine.wait_for("^stat01", 5)[0].string), "pondering after playother")
+        engine.send("go")
+        match, _ = engine.wait_for(MOVE, 5, "a move for White after go")
+        expect(not BLACK_FIRST.match(match.group(1)), f"a move for White: {match.group(1)!r}")
+    expect_equal(re.findall(r"type=(\w+)", engine.log)[:6],
+                 ["normal", "normal", "pondering", "pondering", "normal", "pondering"], "searches")
+
+
+def test_xboard_draw_offers():
+    with xboard() as engine:
+        # A rook down: the offer is taken, and the engine still moves.
+        engine.send("force", "setboard 4k3/pppp4/8/8/8/8/PPPP4/R3K3 b - - 0 1", "st 1", "go", "draw")
+        _, before = engine.wait_for(MOVE, 10)
+        thinking = ("telluser Brask is thinking about the draw offer and will decide after the "
+                    "next move.")
+        expect_equal(before, [thinking, "offer draw"], "accepted offer")
+        # Level: the offer is turned down, said to a human, not to a computer.
+        engine.send("new", "st 1", "draw", "e2e4")
+        _, before = engine.wait_for(MOVE, 10)
+        expect_equal(before, [thinking, "telluser Brask rejects the draw offer and wants to play "
+                                        "on."], "rejected offer")
+        engine.send("new", "computer", "draw", "e2e4")
+        expect_equal(engine.wait_for(MOVE, 10)[1], [], "the answers to a computer are silent")
+        engine.send("force", "draw")
+        expect_equal(synchronize(engine), ["Error (command not legal now): draw"],
+                     "offer in force mode")
+    expect("Engine rejects draw offer" in log_only_reports(engine.log), "rejection in the log")
+    with xboard() as engine:
+        # A queen down, White has nothing better than a perpetual check: two searches in a row
+        # at exactly the draw score bring the offer.
+        engine.send("force", "setboard 6k1/ppp3p1/8/7Q/8/8/q4PPP/6K1 w - - 0 1", "st 1", "go")
+        expect_equal(engine.wait_for(MOVE, 10)[1], [], "no offer after the first search")
+        engine.send("hint")
+        engine.send(engine.wait_for(r"^Hint: (\S+)$", 5, "a move for Black")[0].group(1))
+        engine.wait_for(MOVE, 10)
+        expect_equal(engine.quiet_for(0.3), ["offer draw"], "offer after the move")
+
+
+if __name__ == "__main__":
+    run_tests(globals())
