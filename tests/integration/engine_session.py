@@ -94,23 +94,20 @@ def expect_answers(rows, prelude=()):
     return result
 
 
-def read_log(directory):
-    logs = sorted(name for name in os.listdir(directory) if re.fullmatch(r"logfile\.\d+", name))
-    if not logs:
-        return ""
-    with open(os.path.join(directory, logs[-1]), encoding="utf-8", errors="replace") as file:
+def read_text(path):
+    with open(path, encoding="utf-8", errors="replace") as file:
         return file.read()
 
 
+def read_log(directory):
+    logs = sorted(name for name in os.listdir(directory) if re.fullmatch(r"logfile\.\d+", name))
+    return read_text(os.path.join(directory, logs[-1])) if logs else ""
+
+
 def read_files(directory):
-    contents = {}
-    for name in os.listdir(directory):
-        path = os.path.join(directory, name)
-        if name.startswith("logfile.") or not os.path.isfile(path):
-            continue
-        with open(path, encoding="utf-8", errors="replace") as file:
-            contents[name] = file.read()
-    return contents
+    """The files in `directory`, logs excepted, by name."""
+    return {name: read_text(os.path.join(directory, name)) for name in os.listdir(directory)
+            if not name.startswith("logfile.") and os.path.isfile(os.path.join(directory, name))}
 
 
 class InteractiveSession:
@@ -153,50 +150,35 @@ class InteractiveSession:
         self.process.stdin.flush()
 
     def read_line(self, timeout):
-        """The next line of output, or None if none came within `timeout` seconds."""
+        """The next line of output (the last may lack its newline), or None after `timeout`."""
         end = min(time.monotonic() + timeout, self.deadline)
         with self._changed:
             while True:
                 newline = self._text.find("\n", self._line_start)
-                if newline >= 0:
-                    line = self._text[self._line_start:newline]
-                    self._line_start = newline + 1
+                if newline >= 0 or self._ended and self._line_start < len(self._text):
+                    newline = newline if newline >= 0 else len(self._text)
+                    line, self._line_start = self._text[self._line_start:newline], newline + 1
                     self.received.append(line)
                     return line
-                if self._ended and self._line_start < len(self._text):
-                    # The last line, cut short by the end of the output.
-                    line, self._line_start = self._text[self._line_start:], len(self._text)
-                    self.received.append(line)
-                    return line
-                left = end - time.monotonic()
-                if self._ended or left <= 0:
+                if self._ended or time.monotonic() >= end:
                     return None
-                self._changed.wait(left)
+                self._changed.wait(end - time.monotonic())
 
     def wait_for(self, pattern, timeout, what=None):
         """The match of the first line matching `pattern`, and the lines skipped; fails the test
         if none comes in time."""
-        pattern = re.compile(pattern)
-        skipped = []
-        end = time.monotonic() + timeout
-        while True:
-            line = self.read_line(end - time.monotonic())
-            if line is None:
-                raise AssertionError(f"{what or pattern.pattern}: nothing matching within "
-                                     f"{timeout} s; last lines read: {skipped[-8:]}")
-            match = pattern.search(line)
-            if match:
+        end, skipped = time.monotonic() + timeout, []
+        while (line := self.read_line(end - time.monotonic())) is not None:
+            if match := re.search(pattern, line):
                 return match, skipped
             skipped.append(line)
+        raise AssertionError(f"{what or pattern}: nothing matching within {timeout} s; last "
+                             f"lines read: {skipped[-8:]}")
 
     def quiet_for(self, seconds):
         """The lines written within `seconds`: what the engine says while left alone."""
-        lines = []
-        end = time.monotonic() + seconds
-        while time.monotonic() < end:
-            line = self.read_line(end - time.monotonic())
-            if line is None:
-                break
+        end, lines = time.monotonic() + seconds, []
+        while (line := self.read_line(end - time.monotonic())) is not None:
             lines.append(line)
         return lines
 
@@ -245,7 +227,6 @@ class InteractiveSession:
         self._reader.join(timeout=5)
         self.log = read_log(self.directory.name)
         self.directory.cleanup()
-        return self.log
 
 
 def log_only_reports(log):

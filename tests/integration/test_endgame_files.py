@@ -164,7 +164,8 @@ def test_bitbase_files_beside_the_engine_broken_or_of_the_right_size():
     expect_equal(result.status, 0, "exit status")
     expect("pong 7" in result.answers(), "the engine did not go on")
     for line in ["Warning: Failed to open two pawns bitbases.\n",
-                 "Warning: Failed to open rammed pawn bitbases\n", "- loading 'kr_k.bgb'...failed\n",
+                 "Warning: Failed to open rammed pawn bitbases\n",
+                 "- loading 'kr_k.bgb'...failed\n",
                  "- loading 'kq_k.bgb'...failed\n"]:
         expect(line in result.log, f"log lacks {line!r}")
     expect("Warning" not in result.stdout, "warnings reached the terminal")

@@ -57,11 +57,10 @@ def test_identification_lists_the_options_and_ends_in_uciok():
         "min -511 max 511",
         "option name capture_move_sorting_bonus[5] type spin default 10 min -511 max 511",
     ]
-    for line in expected:
-        expect(line in options, f"option line {line!r}")
+    expect_equal([line for line in expected if line not in options], [], "options missing")
     personality = next(line for line in options if " Personality " in line)
-    for name in ("Random", "Nurz", "Vessimar"):
-        expect(f" var {name}" in personality, f"personality {name}")
+    expect(all(f" var {name}" in personality for name in ("Random", "Nurz", "Vessimar")),
+           f"personalities: {personality}")
     # 173 settings, three of them arrays of 4, 4 and 6, and the eight options of the engine.
     expect_equal(len(options), 173 - 3 + 14 + 8, "number of options")
     expect_equal(lines[end + 1], "readyok", "answer to isready")
@@ -69,36 +68,27 @@ def test_identification_lists_the_options_and_ends_in_uciok():
 
 
 def test_bad_input_is_answered_with_info_strings_and_changes_nothing():
-    bad = [
-        ("foo", "info string Error (unrecognized command): foo"),
-        ("e2e4", "info string Error (unrecognized command): e2e4"),
-        ("position", "info string Error (missing parameters): position"),
-        ("position middle", "info string Error (invalid argument(s)): position middle"),
-        ("position fen 8/8/8/8/8/8/8/8 w - - 0 1",
-         "info string Error (Illegal position): position fen 8/8/8/8/8/8/8/8 w - - 0 1"),
-        ("position fen rubbish", "info string Error (input inconsistent with FEN standard): "
-                                 "position fen rubbish"),
-        ("position startpos e2e4", "info string Error (invalid argument(s)): position startpos e2e4"),
-        ("position fen", "info string Error (input inconsistent with FEN standard): position fen"),
-        ("position startpos moves e2e4 e7e5 e1e3", "info string Illegal move: e1e3"),
-        ("position startpos moves xyz", "info string Illegal move: xyz"),
-        # Mate ends the game; nothing can follow it.
-        ("position startpos moves f2f3 e7e5 g2g4 d8h4 a2a3", "info string Illegal move: a2a3"),
-        ("go searchmoves e2e4", "info string Illegal move: e2e4"),
-    ] + [(f"go {go}", f"info string Error ({error}): go {go}") for go, error in [
-        ("wtime", "missing parameters"), ("depth", "missing parameters"),
-        ("depth x", "integer argument expected"), ("depth 7x", "integer argument expected"),
-        ("depth 0", "argument out of bounds"), ("depth 101", "argument out of bounds"),
-        ("movetime -5", "argument out of bounds"), ("winc -1", "argument out of bounds"),
-        ("movestogo 0", "argument out of bounds"),
-        ("nodes 99999999999999999999", "integer argument expected"),
-        ("wtime 1000 fast", "unknown parameter fast"), ("searchmoves", "missing parameters"),
-        ("searchmoves depth 3", "missing parameters")]] + [
-        ("setoption", "info string Error (missing parameters): setoption"),
-        # The other refusals of setoption are the same path with other texts.
-        ("setoption name Hash value 1000000", "info string Error (value out of bounds): "
-                                              "setoption name Hash value 1000000"),
-    ]
+    bad = [(line, f"info string Error ({error}): {line}") for line, error in [
+        ("foo", "unrecognized command"), ("e2e4", "unrecognized command"),
+        ("position", "missing parameters"), ("position middle", "invalid argument(s)"),
+        ("position fen 8/8/8/8/8/8/8/8 w - - 0 1", "Illegal position"),
+        ("position fen rubbish", "input inconsistent with FEN standard"),
+        ("position startpos e2e4", "invalid argument(s)"),
+        ("position fen", "input inconsistent with FEN standard"),
+        ("go wtime", "missing parameters"), ("go depth", "missing parameters"),
+        ("go depth x", "integer argument expected"), ("go depth 7x", "integer argument expected"),
+        ("go depth 0", "argument out of bounds"), ("go depth 101", "argument out of bounds"),
+        ("go movetime -5", "argument out of bounds"), ("go winc -1", "argument out of bounds"),
+        ("go movestogo 0", "argument out of bounds"),
+        ("go nodes 99999999999999999999", "integer argument expected"),
+        ("go wtime 1000 fast", "unknown parameter fast"), ("go searchmoves", "missing parameters"),
+        ("go searchmoves depth 3", "missing parameters"), ("setoption", "missing parameters"),
+        # The other refusals of setoption are the unit tests'.
+        ("setoption name Hash value 1000000", "value out of bounds")]] + [
+        (line, f"info string Illegal move: {line.split()[-1]}") for line in [
+            "position startpos moves e2e4 e7e5 e1e3", "position startpos moves xyz",
+            # Mate ends the game; nothing can follow it.
+            "position startpos moves f2f3 e7e5 g2g4 d8h4 a2a3", "go searchmoves e2e4"]]
     with uci_session() as session:
         session.send("position startpos moves e2e4", *[line for line, _ in bad], "go depth 2")
         move, _, skipped = best_move(session, 10)

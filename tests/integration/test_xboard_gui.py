@@ -14,6 +14,7 @@ import subprocess
 import sys
 import tempfile
 import time
+from pathlib import Path
 
 XBOARD = "/usr/games/xboard"
 NORMAL_ENDINGS = re.compile(r"mates|checkmate|stalemate|resigns|repetition|50|fifty|fifthy|"
@@ -28,16 +29,12 @@ ENGINE_FAULTS = re.compile(r"<(?:first|second)\s*: (?:Illegal move|Error)|"
 def read_until(process, marker, deadline):
     """xboard's output up to the line holding `marker`, or up to the deadline."""
     output = b""
-    while time.monotonic() < deadline:
+    while marker not in output and time.monotonic() < deadline:
         ready, _, _ = select.select([process.stdout], [], [], max(0, deadline - time.monotonic()))
-        if not ready:
-            break
-        chunk = os.read(process.stdout.fileno(), 4096)
+        chunk = os.read(process.stdout.fileno(), 4096) if ready else b""
         if not chunk:
             break
         output += chunk
-        if marker in output:
-            break
     return output.decode(errors="replace")
 
 
@@ -70,10 +67,7 @@ def play_match(build, directory, games, clock, increment):
 
 
 def read_text(path):
-    if not os.path.exists(path):
-        return ""
-    with open(path, encoding="utf-8", errors="replace") as file:
-        return file.read()
+    return Path(path).read_text(encoding="utf-8", errors="replace") if os.path.exists(path) else ""
 
 
 def game_endings(games_text):
