@@ -189,10 +189,10 @@ def thinking_lines(lines):
     return [THINKING.match(line) for line in lines if THINKING.match(line)]
 
 
-def synchronize(session, tag="sync"):
-    """Lines written before the engine has answered a ping: what the commands before it said."""
-    session.send(f"ping {tag}")
-    return session.wait_for(f"^pong {tag}$", 10)[1]
+def synchronize(session, *lines):
+    """What `lines` and the commands before them said: the lines before the answer to a ping."""
+    session.send(*lines, "ping 1")
+    return session.wait_for("^pong 1$", 10)[1]
 
 
 def test_xboard_moves_in_both_forms_status_and_move_now():
@@ -256,10 +256,8 @@ def test_xboard_result_ends_the_game_silently():
         engine.send("new", "st 5", "e2e4")
         time.sleep(0.5)
         # The front end ends the game while the engine thinks: the search is dropped unplayed.
-        engine.send("result 1-0 {White mates}")
-        expect_equal(synchronize(engine), [], "answer to result")
-        engine.send(".", "e7e5", "go", "draw")
-        expect_equal(synchronize(engine, "after"),
+        expect_equal(synchronize(engine, "result 1-0 {White mates}"), [], "answer to result")
+        expect_equal(synchronize(engine, ".", "e7e5", "go", "draw"),
                      ["stat01: 0 0 0 0 0", "Illegal move: e7e5", "Error (game over): draw"],
                      "answers after the result")
         expect_equal(engine.quiet_for(0.5), [], "no move after the result")
@@ -270,27 +268,22 @@ def test_xboard_analysis_ignores_limits_follows_moves_and_makes_none():
         # Limits that would end a normal search long before.
         engine.send("post", "new", "st 1", "sd 2", "analyze")
         time.sleep(1.5)
-        engine.send("exit")
-        lines = synchronize(engine)
+        lines = synchronize(engine, "exit")
         expect(max(int(line.group(1)) for line in thinking_lines(lines)) > 2, f"{lines[-3:]}")
         expect(not any(line.startswith("move") for line in lines), "analysis makes no move")
         expect_equal(engine.quiet_for(0.3), [], "nothing after exit")
         # Exit leaves force mode: a move is taken without an answer.
-        engine.send("e2e4")
-        expect_equal(synchronize(engine, "force"), [], "no answer in force mode")
+        expect_equal(synchronize(engine, "e2e4"), [], "no answer in force mode")
         engine.send("force", f"setboard {MATED_IN_1}", "analyze")
         # A forced line is searched to the last iteration; the analysis then waits.
         engine.wait_for(r"^79 -32765 \d+ \d+ Kb8 Rh8# $", 10, "last iteration")
         engine.send("Kb8")
         engine.wait_for(r"^79 32766 \d+ \d+ Rh8# $", 10, "analysis after Kb8")
-        engine.send("Rh8")
-        expect_equal(synchronize(engine, "mate"), [], "the mate is silent in analyze mode")
-        engine.send(".")
-        expect_equal(synchronize(engine, "status"), ["stat01: 0 0 0 0 0"],
+        expect_equal(synchronize(engine, "Rh8"), [], "the mate is silent in analyze mode")
+        expect_equal(synchronize(engine, "."), ["stat01: 0 0 0 0 0"],
                      "no search on a finished game")
         engine.send("undo")
         engine.wait_for(r"^1 32766 \d+ \d+ Rh8# $", 5, "analysis again after undo")
-        engine.send("exit")
         lines = synchronize(engine, "exit")
         expect(not any(line.startswith("move") for line in lines), f"no move: {lines[-3:]}")
     expect("type=analyze" in engine.log, "an analyze search in the log")
@@ -344,10 +337,8 @@ def test_xboard_pondering_gives_way_to_easy_go_and_playother():
         match, _ = engine.wait_for(MOVE, 10, "the engine's move for White")
         expect(not BLACK_FIRST.match(match.group(1)), f"a move for White: {match.group(1)!r}")
         engine_move_then_ponder(engine)
-        engine.send("easy")
-        synchronize(engine)
-        engine.send(".")
-        expect_equal(synchronize(engine, "easy"), ["stat01: 0 0 0 0 0"], "easy ends pondering")
+        synchronize(engine, "easy")
+        expect_equal(synchronize(engine, "."), ["stat01: 0 0 0 0 0"], "easy ends pondering")
         # Pondering again from playother, then go: the engine takes White's move itself.
         engine.send("hard", "force", "playother")
         time.sleep(0.5)
@@ -376,8 +367,7 @@ def test_xboard_draw_offers():
                                         "on."], "rejected offer")
         engine.send("new", "computer", "draw", "e2e4")
         expect_equal(engine.wait_for(MOVE, 10)[1], [], "the answers to a computer are silent")
-        engine.send("force", "draw")
-        expect_equal(synchronize(engine), ["Error (command not legal now): draw"],
+        expect_equal(synchronize(engine, "force", "draw"), ["Error (command not legal now): draw"],
                      "offer in force mode")
     # When the engine offers a draw itself is the draw handler's unit tests'.
     expect("Engine rejects draw offer" in log_only_reports(engine.log), "rejection in the log")
@@ -402,8 +392,7 @@ def play_to_the_end(engine, fen, setup=(), depth=6):
     for ply in range(FIFTY_MOVES + 2):
         engine.send("go")
         engine.wait_for(MOVE, 30, f"move {ply + 1} from {fen}")
-        engine.send("force")
-        for line in synchronize(engine, f"ply{ply}"):
+        for line in synchronize(engine, "force"):
             if result := RESULT.match(line):
                 return result.group(1), result.group(2), ply + 1
     raise AssertionError(f"{fen}: no end of the game after {FIFTY_MOVES + 2} plies")
