@@ -134,17 +134,13 @@ def test_tablebases_probed_and_a_broken_file_left_out():
 
 
 def test_king_and_pawn_against_king_needs_no_file():
+    # The table's values are the unit tests'; here the answers of each kind reach the user, for
+    # the owner of the pawn and the other side, Black owning it once.
     result = run([f"probe {OPPOSITION} w - - 0 1", f"probe {OPPOSITION} b - - 0 1",
-                  "probe 4k3/8/4K3/4P3/8/8/8/8 w - - 0 1", "probe k7/8/K7/P7/8/8/8/8 b - - 0 1",
-                  # Colours exchanged: Black owns the pawn.
-                  "probe 8/8/8/4p3/4k3/8/4K3/8 b - - 0 1", "probe 8/8/8/4p3/4k3/8/4K3/8 w - - 0 1",
-                  "probe 8/8/8/8/8/8/8/K6k w - - 0 1", "probe 8/8/8/8/8/k7/8/1K5R w - - 0 1",
-                  "probe rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
-                  "probe 4k3/ppp5/8/8/8/8/PP6/4K3 w - - 0 1", f"probe {PAWN_AGAINST_PAWN}", "tb"])
-    expect_equal(probe_answers(result),
-                 ["result=0", "result=-32699", "result=32703", "result=0", "result=0",
-                  "result=-32699", "result=0", "not found", "not found", "not found", "not found"],
-                 "bitbase answers")
+                  "probe 4k3/8/4K3/4P3/8/8/8/8 w - - 0 1", "probe 8/8/8/4p3/4k3/8/4K3/8 w - - 0 1",
+                  "probe 8/8/8/8/8/k7/8/1K5R w - - 0 1", f"probe {PAWN_AGAINST_PAWN}", "tb"])
+    expect_equal(probe_answers(result), ["result=0", "result=-32699", "result=32703",
+                                         "result=-32699", "not found", "not found"], "answers")
     for line in ["Loading bitbases (executables directory='", "- two pawns bitbases not found ('",
                  "- rammed pawn bitbases not found ('", "- max supported pieces: 5\n",
                  "\nLoading generic bitbases: (not sent to xboard)\n",
@@ -154,7 +150,7 @@ def test_king_and_pawn_against_king_needs_no_file():
     expect("King+pawn vs king+pawn bitbases (not loaded)" in result.answers(), "tb status")
 
 
-def test_bitbase_files_beside_the_engine_broken_or_of_the_right_size():
+def test_broken_bitbase_files_beside_the_engine_are_left_out():
     files = {"kp_kp.bbb": bytes(TWO_PAWNS_SIZE - 1), "kpp_kp_ram.bbb": bytes(1966080 + 1),
              "kr_k.bgb": b"\x3a\x30\x00\x00\xff\xff\xff\xff\x01\x02",
              "kq_k.bgb": b"", "kb_k.bgb": os.urandom(5000)}
@@ -171,11 +167,6 @@ def test_bitbase_files_beside_the_engine_broken_or_of_the_right_size():
     expect("Warning" not in result.stdout, "warnings reached the terminal")
     expect_equal(probe_answers(result), ["result=-32699", "not found", "not found"], "answers")
     expect("King+pawn vs king+pawn bitbases (not loaded)" in result.answers(), "tb status")
-    with Home(files={"kp_kp.bbb": bytes(TWO_PAWNS_SIZE)}) as home:
-        result = home.run(["tb", f"probe {PAWN_AGAINST_PAWN}"], with_tables=False)
-    expect("- two pawns bitbases found\n" in result.log, "file not found")
-    expect("King+pawn vs king+pawn bitbases (loaded)" in result.answers(), "tb status")
-    expect_equal(probe_answers(result), ["result=0"], "an all-draw file")
 
 
 def test_job_lists_and_refusals():
@@ -236,24 +227,14 @@ def test_generate_restart_verify_and_damage():
         expect(re.search(r"Verification finished \(\d+ms total\)\.", result.log), "log total")
         expect("Verification finished" not in result.stdout, "total on the terminal")
 
-        # An all-draw table under a won ending's name, and bytes that are no bit array.
+        # An all-draw table under a won ending's name; damaged bytes are the unit tests'.
         shutil.copy(os.path.join(home.path, "kn_k.bgb"), os.path.join(home.path, "kq_k.bgb"))
-        with open(os.path.join(home.path, "kr_k.bgb"), "r+b") as file:
-            file.seek(20)
-            file.write(os.urandom(2000))
-        result = home.run(["verify generic[kq_k,kr_k,kb_k]", "ping 5"])
+        result = home.run(["verify generic[kq_k,kb_k]", "ping 5"])
         text = PROGRESS.sub("", result.stdout)
-        expect("Verifying bitbase 'kq_k'...failed\n" in text, text)
-        # Refused at loading (and so not found), or read and found wrong: never a crash.
-        expect(re.search(r"Verifying bitbase 'kr_k'\.\.\.(skipped|failed)\n", text), text)
-        expect(re.search(r"Verifying bitbase 'kb_k'\.\.\.passed", text), text)
-        expect("Error in kq_k bitbase.\nPosition reports wrong result.\n" in result.log, "report")
-        expect(re.search(r"Error in kr_k bitbase\.\nPosition (not found|reports wrong result)\.\n",
-                         result.log), "kr_k report")
-        report = result.log.split("Position reports wrong result.\n")[1]
-        expect("side on move: " in report.split("Verifying")[0], "no diagram in the log")
-        expect("Position reports" not in result.stdout, "report on the terminal")
-        expect("pong 5" in result.stdout and result.status == 0, "the engine did not go on")
+        expect("Verifying bitbase 'kq_k'...failed\n" in text and re.search(
+            r"Verifying bitbase 'kb_k'\.\.\.passed", text) and "pong 5" in text, text)
+        expect("Error in kq_k bitbase.\nPosition reports wrong result.\n" in result.log
+               and "Position reports" not in result.stdout, "report in the log alone")
 
 
 def test_special_files_need_their_tablebases():
