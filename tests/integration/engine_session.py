@@ -1,6 +1,6 @@
-"""Runs the engine as a whole program for the transcript tests, each run in a fresh temporary
-directory. Every wait has a deadline: an engine that does not answer fails its test, never hangs
-the suite."""
+"""Runs the engine as a whole program for the transcript tests (`python3 test_X.py BUILD_DIR`),
+each run in a fresh temporary directory. Every wait has a deadline: an engine that does not answer
+fails its test, never hangs the suite."""
 import os
 import re
 import subprocess

@@ -1,8 +1,6 @@
-#!/usr/bin/env python3
 """Random and mutated command lines, of the console and of UCI: the engine must survive them all
 and still answer.
 
-Usage: test_command_fuzz.py BUILD_DIR
 Seeds are fixed. `edit` (whose lines follow their own grammar; it gets a session of its own)
 and `quit` are left out of the random lines.
 """

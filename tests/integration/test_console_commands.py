@@ -1,9 +1,5 @@
-#!/usr/bin/env python3
 """The command language at the console and under xboard: moves, taking back, sides, results,
-files, edit mode, and the error texts, with a refused command changing nothing.
-
-Usage: test_console_commands.py BUILD_DIR
-"""
+files, edit mode, and the error texts, with a refused command changing nothing."""
 import re
 
 from engine_session import (expect, expect_answers, expect_equal, expect_transcripts,
@@ -129,12 +125,10 @@ def test_names_results_and_the_game_written():
                  '[Event "?"]\n[Site "?"]\n[Date "????.??.??"]\n[Round "-"]\n'
                  '[White "Bob"]\n[Black "Brask"]\n[Result "*"]\n[TimeControl "?"]\n\n'
                  "1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 \n*\n", "PGN as written")
+    # Edit mode's help, its entries being the unit tests'; quit ends the run there too.
     result = run(["force", "edit", "help", "quit", "ping 1"])
-    expect_equal(result.answers()[:3], ["command    description",
-                                        '"."........Leaves edit mode and confirms the changes '
-                                        "that were made", "#..........Clears the board"],
-                 "edit help")
-    expect_equal((len(result.answers()), result.status), (11, 0), "ten entries, and quit")
+    expect_equal((result.answers()[1], len(result.answers()), result.status), (
+        '"."........Leaves edit mode and confirms the changes that were made', 11, 0), "edit help")
 
 
 def test_end_of_input_quits_like_quit():

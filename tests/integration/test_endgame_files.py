@@ -1,10 +1,6 @@
-#!/usr/bin/env python3
 """Endgame files as a user meets them: tablebases made by brask-tbgen, read by tb and probe; the
 bitbases beside the engine, loaded, probed, generated from the tablebases, verified after a
-restart, damaged and interrupted.
-
-Usage: test_endgame_files.py BUILD_DIR
-"""
+restart, damaged and interrupted."""
 import os
 import re
 import select

@@ -1,10 +1,6 @@
-#!/usr/bin/env python3
 """The engine playing with its real search and clock, at the console and under xboard: mates and
 resignation, a 40-move game on the clock, limits, analysis, pondering, hints, draw offers, status
-lines, the hash tables, and the basic mates played out by both sides.
-
-Usage: test_play.py BUILD_DIR
-"""
+lines, the hash tables, and the basic mates played out by both sides."""
 import re
 import tempfile
 import time
@@ -25,6 +21,14 @@ MATED_IN_1 = "k7/8/1K6/8/8/8/8/7R b - - 0 1"
 def console():
     # Whole games are played in one session: no overall deadline beyond each wait's own.
     return InteractiveSession(timeout=600)
+
+
+def answer(session, pattern, timeout, *lines):
+    """Sends `lines`; the first match of `pattern` in the output that follows, whose `pos` is
+    where that output starts."""
+    mark = session.mark()
+    session.send(*lines)
+    return session.wait_for_text(pattern, timeout, mark)
 
 
 def engine_move(session, start, timeout=30):
@@ -79,9 +83,7 @@ HASH_TABLE = re.compile(r"(transposition table|pawn hashtable|evaluation hashtab
 
 
 def hash_report(session):
-    start = session.mark()
-    session.send("hash")
-    session.wait_for_text(r"evaluation hashtable:[^%]*%\n", 5, start)
+    start = answer(session, r"evaluation hashtable:[^%]*%\n", 5, "hash").pos
     return {name: (size, int(total), int(free))
             for name, size, total, free in HASH_TABLE.findall(session.output(start))}
 
@@ -97,9 +99,7 @@ def test_hash_tables_sized_filled_and_cleared_by_a_new_personality():
         engine.send("force", "hash trans 64M")
         expect_equal(hash_report(engine)["transposition table"],
                      ("48.00 megabyte", 2097152, 2097152), "after hash trans 64M")
-        mark = engine.mark()
-        engine.send("sd 6", "go")
-        engine.wait_for_text(PLAYED, 30, mark)
+        answer(engine, PLAYED, 30, "sd 6", "go")
         engine.send("force")
         filled = hash_report(engine)
         expect(all(free < total for _, total, free in filled.values()), f"search used {filled}")
@@ -126,10 +126,8 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
         engine.send("force", "contempt -50", f"level 40 {LEVEL_SECONDS // 60} 0")
         wall = []
         for ply in range(2 * GAME_MOVES):
-            mark = engine.mark()
             started = time.monotonic()
-            engine.send("go")
-            engine.wait_for_text(PLAYED, 30, mark)
+            mark = answer(engine, PLAYED, 30, "go").pos
             wall.append(time.monotonic() - started)
             expect(not engine.poll_for("game over", 0.05, mark),
                    f"the game ended at ply {ply + 1}: {engine.output(mark)[-300:]!r}")
@@ -160,21 +158,15 @@ def test_console_limits_hint_and_draw():
         engine.send("e4")
         engine.wait_for_text(PLAYED, 10)
         expect(0.8 <= time.monotonic() - started <= 3.0, "st 1 took the wrong time")
-        mark = engine.mark()
-        engine.send("hint")
-        hint = engine.wait_for_text(r"Brask suggests (\S+)\n", 10, mark).group(1)
-        mark = engine.mark()
-        engine.send("sd 3", "st 100", hint)
-        engine.wait_for_text(PLAYED, 30, mark)
+        hint = answer(engine, r"Brask suggests (\S+)\n", 10, "hint").group(1)
+        mark = answer(engine, PLAYED, 30, "sd 3", "st 100", hint).pos
         expect(re.search(r"Illegal|Error", engine.output(mark)) is None, f"the hint {hint}")
         depths = {int(depth) for depth in re.findall(r"Depth: (\d+)\.", engine.output(mark))}
         expect_equal(max(depths), 3, "the last iteration with sd 3")
         # A queen and a rook down, the engine takes the draw at the end of its next search.
         engine.send("force", "setboard r3k3/2q5/8/8/8/8/8/4K3 b - - 0 1", "sd 4", "playother")
-        mark = engine.mark()
-        engine.send("draw", "Kd8")
-        engine.wait_for_text(r"Brask accepts draw offer\n(?:.*\n)*?game over: 1/2-1/2 \(", 20,
-                             mark)
+        mark = answer(engine, r"Brask accepts draw offer\n(?:.*\n)*?game over: 1/2-1/2 \(", 20,
+                      "draw", "Kd8").pos
         expect("Brask played" not in engine.output(mark), "a move after accepting the draw")
 
 
@@ -183,6 +175,12 @@ def xboard():
     session.send("protover 2")
     session.wait_for("feature done=1", 5)
     return session
+
+
+def move_after(session, timeout, *lines):
+    """Sends `lines`; the match of the engine's move, and the lines before it."""
+    session.send(*lines)
+    return session.wait_for(MOVE, timeout, f"a move after {lines}")
 
 
 def thinking_lines(lines):
@@ -197,8 +195,7 @@ def synchronize(session, *lines):
 
 def test_xboard_moves_in_both_forms_status_and_move_now():
     with xboard() as engine:
-        engine.send("new", "st 1", "usermove e2e4")
-        match, before = engine.wait_for(MOVE, 10, "answer to usermove e2e4")
+        match, before = move_after(engine, 10, "new", "st 1", "usermove e2e4")
         expect(BLACK_FIRST.match(match.group(1)) and before == [], f"{before} {match.group(1)}")
         engine.send("new", "st 20", "d2d4")
         time.sleep(1.0)
@@ -224,8 +221,7 @@ def test_xboard_moves_in_both_forms_status_and_move_now():
 
 def test_xboard_thinking_lines_and_mate_scores():
     with xboard() as engine:
-        engine.send("new", "post", "sd 4", "usermove e2e4")
-        match, before = engine.wait_for(MOVE, 10)
+        match, before = move_after(engine, 10, "new", "post", "sd 4", "usermove e2e4")
         lines = thinking_lines(before)
         expect(len(lines) >= 4 and len(lines) == len(before), f"thinking lines {before}")
         expect_equal(sorted({int(line.group(1)) for line in lines}), [1, 2, 3, 4], "iterations")
@@ -233,16 +229,14 @@ def test_xboard_thinking_lines_and_mate_scores():
         nodes = [int(line.group(4)) for line in lines]
         expect(nodes == sorted(nodes) and nodes[-1] > 0, f"nodes grow: {nodes}")
         expect(all(-200 < int(line.group(2)) < 200 for line in lines), "scores in centipawns")
-        engine.send("nopost", "new", "d2d4")
-        match, before = engine.wait_for(MOVE, 10)
+        match, before = move_after(engine, 10, "nopost", "new", "d2d4")
         expect_equal(before, [], "no thinking on the terminal with nopost")
         # Mate in 2 for White (1.Kb6 or 1.Kc7, then the rook mates); then mated in 1.
-        engine.send("post", "force", "setboard k7/8/2K5/8/8/8/8/7R w - - 0 1", "sd 5", "go")
-        match, before = engine.wait_for(MOVE, 10)
+        match, before = move_after(engine, 10, "post", "force", "sd 5",
+                                   "setboard k7/8/2K5/8/8/8/8/7R w - - 0 1", "go")
         expect_equal(int(thinking_lines(before)[-1].group(2)), 32764, "mate in 2 for the engine")
         expect(match.group(1) in {"Kb6", "Kc7"}, f"mating move {match.group(1)!r}")
-        engine.send("force", f"setboard {MATED_IN_1}", "go")
-        match, before = engine.wait_for(MOVE, 10)
+        match, before = move_after(engine, 10, "force", f"setboard {MATED_IN_1}", "go")
         expect_equal((int(thinking_lines(before)[-1].group(2)), match.group(1)), (-32765, "Kb8"),
                      "mated in 1, and the only move")
     # Without post each thinking line goes to the log, marked as not sent.
@@ -293,8 +287,7 @@ def test_xboard_analysis_ignores_limits_follows_moves_and_makes_none():
 
 def engine_move_then_ponder(engine):
     """Plays 1.e4 with pondering on; returns the move the engine expects."""
-    engine.send("new", "hard", "st 1", "e2e4")
-    engine.wait_for(MOVE, 10, "the engine's reply")
+    move_after(engine, 10, "new", "hard", "st 1", "e2e4")
     time.sleep(0.3)
     engine.send("hint")
     return engine.wait_for(r"^Hint: (\S+)$", 5, "the move pondered on")[0].group(1)
@@ -318,8 +311,7 @@ def test_xboard_ponder_hit_and_miss():
     with xboard() as engine:
         expected = engine_move_then_ponder(engine)
         time.sleep(0.5)
-        engine.send("h3" if expected == "a3" else "a3")
-        match, before = engine.wait_for(MOVE, 5, "the answer after a ponder miss")
+        match, before = move_after(engine, 5, "h3" if expected == "a3" else "a3")
         expect_equal(before, [], "nothing else before the answer")
     expect("Predicted move made" not in engine.log, "no hit on another move")
     expect_equal(re.findall(r"type=(\w+)", engine.log)[:4],
@@ -333,8 +325,7 @@ def test_xboard_pondering_gives_way_to_easy_go_and_playother():
     with xboard() as engine:
         engine.send("new", "force", "e2e4", "st 1", "playother")
         expect_equal(synchronize(engine), [], "playother starts no search without pondering")
-        engine.send("e7e5")
-        match, _ = engine.wait_for(MOVE, 10, "the engine's move for White")
+        match, _ = move_after(engine, 10, "e7e5")
         expect(not BLACK_FIRST.match(match.group(1)), f"a move for White: {match.group(1)!r}")
         engine_move_then_ponder(engine)
         synchronize(engine, "easy")
@@ -344,8 +335,7 @@ def test_xboard_pondering_gives_way_to_easy_go_and_playother():
         time.sleep(0.5)
         engine.send(".")
         expect(STATUS.match(engine.wait_for("^stat01", 5)[0].string), "pondering after playother")
-        engine.send("go")
-        match, _ = engine.wait_for(MOVE, 5, "a move for White after go")
+        match, _ = move_after(engine, 5, "go")
         expect(not BLACK_FIRST.match(match.group(1)), f"a move for White: {match.group(1)!r}")
     expect_equal(re.findall(r"type=(\w+)", engine.log)[:6],
                  ["normal", "normal", "pondering", "pondering", "normal", "pondering"], "searches")
@@ -354,19 +344,17 @@ def test_xboard_pondering_gives_way_to_easy_go_and_playother():
 def test_xboard_draw_offers():
     with xboard() as engine:
         # A rook down: the offer is taken, and the engine still moves.
-        engine.send("force", "setboard 4k3/pppp4/8/8/8/8/PPPP4/R3K3 b - - 0 1", "st 1", "go",
-                    "draw")
-        _, before = engine.wait_for(MOVE, 10)
+        _, before = move_after(engine, 10, "force", "st 1",
+                               "setboard 4k3/pppp4/8/8/8/8/PPPP4/R3K3 b - - 0 1", "go", "draw")
         thinking = ("telluser Brask is thinking about the draw offer and will decide after the "
                     "next move.")
         expect_equal(before, [thinking, "offer draw"], "accepted offer")
         # Level: the offer is turned down, said to a human, not to a computer.
-        engine.send("new", "st 1", "draw", "e2e4")
-        _, before = engine.wait_for(MOVE, 10)
+        _, before = move_after(engine, 10, "new", "st 1", "draw", "e2e4")
         expect_equal(before, [thinking, "telluser Brask rejects the draw offer and wants to play "
                                         "on."], "rejected offer")
-        engine.send("new", "computer", "draw", "e2e4")
-        expect_equal(engine.wait_for(MOVE, 10)[1], [], "the answers to a computer are silent")
+        expect_equal(move_after(engine, 10, "new", "computer", "draw", "e2e4")[1], [],
+                     "the answers to a computer are silent")
         expect_equal(synchronize(engine, "force", "draw"), ["Error (command not legal now): draw"],
                      "offer in force mode")
     # When the engine offers a draw itself is the draw handler's unit tests'.
@@ -390,8 +378,7 @@ def play_to_the_end(engine, fen, setup=(), depth=6):
     engine.send("force", *setup, "setboard " + fen, f"sd {depth}")
     expect_equal(synchronize(engine), [], f"setboard {fen}")
     for ply in range(FIFTY_MOVES + 2):
-        engine.send("go")
-        engine.wait_for(MOVE, 30, f"move {ply + 1} from {fen}")
+        move_after(engine, 30, "go")
         for line in synchronize(engine, "force"):
             if result := RESULT.match(line):
                 return result.group(1), result.group(2), ply + 1

@@ -1,9 +1,5 @@
-#!/usr/bin/env python3
 """What a user sets: the clocks (with the clock report in the log), search settings written and
-read back, the personalities, and the developer's aid optimize_piece.
-
-Usage: test_settings.py BUILD_DIR
-"""
+read back, the personalities, and the developer's aid optimize_piece."""
 import re
 
 from engine_session import expect, expect_answers, expect_equal, run, run_tests

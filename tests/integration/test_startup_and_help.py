@@ -1,9 +1,5 @@
-#!/usr/bin/env python3
 """Start-up: the numbered log, the command-line options with their exit status, and the help
-screens as a pipe sees them (80 columns, no paging).
-
-Usage: test_startup_and_help.py BUILD_DIR
-"""
+screens as a pipe sees them (80 columns, no paging)."""
 import os
 import re
 import tempfile

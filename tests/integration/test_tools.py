@@ -1,11 +1,7 @@
-#!/usr/bin/env python3
 """The developer tools: brask-perft's counts and refusals, brask-bench's node counts, and the
 readings of the match and tactics drivers, which need no engine. A driver's verdict is only as
 honest as its reading: the cases are the game endings easy to misjudge and the move texts that
-fool a careless reader.
-
-Usage: test_tools.py BUILD_DIR
-"""
+fool a careless reader."""
 import importlib.machinery
 import importlib.util
 import os

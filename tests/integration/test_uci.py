@@ -1,8 +1,4 @@
-#!/usr/bin/env python3
-"""Whole sessions under the UCI protocol, down to a game against itself on a fast clock.
-
-Usage: test_uci.py BUILD_DIR
-"""
+"""Whole sessions under the UCI protocol, down to a game against itself on a fast clock."""
 import re
 import time
 

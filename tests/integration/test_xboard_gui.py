@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Brask against Brask under the real xboard GUI, headless, two games so that each process plays
 both colours. Every game must end normally, with no illegal move, loss on time or dead engine.
 
