@@ -14,7 +14,6 @@ TIMEOUT_SECONDS = 20
 
 # The console prompt: a carriage return for the terminal, then side and move number.
 PROMPT = re.compile(r" \r(?:White|Black) \d+> ")
-EDIT_PROMPT = "edit mode> "
 # What a search writes on the console: iteration and thinking lines, candidates, statistics.
 THINKING = re.compile(r"\r?Depth: \d+\.(?: [^\n]*\n)?|\d+ knodes searched\n|!\? \S+ |"
                       r"(?:time: |hit ratio: |ETTC tries=)[^\n]*\n")
@@ -35,8 +34,7 @@ class Run:
 
     def answers(self):
         """Standard output without prompts, board diagrams and thinking output, as lines."""
-        text = PROMPT.sub("", self.stdout).replace(EDIT_PROMPT, "")
-        text = THINKING.sub("", text)
+        text = THINKING.sub("", PROMPT.sub("", self.stdout).replace("edit mode> ", ""))
         return [line for line in text.split("\n") if line and not BOARD_LINE.match(line)]
 
     def prompts(self):
@@ -126,7 +124,6 @@ class InteractiveSession:
         self._changed = threading.Condition()
         self.received = []  # every line read so far, in order
         self.deadline = time.monotonic() + timeout
-        self.log = ""
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
 
@@ -245,21 +242,17 @@ def expect(condition, what):
         raise AssertionError(what)
 
 
-def run_tests(tests):
-    """Runs the test functions (a list, or a module's globals), reports each, and exits non-zero
-    if any failed."""
-    if isinstance(tests, dict):
-        tests = [value for name, value in tests.items() if name.startswith("test_")]
+def run_tests(module_globals):
+    """Runs the module's test functions, reports each, and exits non-zero if any failed."""
+    tests = [value for name, value in module_globals.items() if name.startswith("test_")]
     failures = 0
     for test in tests:
         try:
             test()
             print(f"ok   {test.__name__}")
-        except (AssertionError, subprocess.TimeoutExpired) as error:
+        except Exception as error:  # a broken test is reported like a failing one; the rest run
             failures += 1
-            print(f"FAIL {test.__name__}: {error}")
-        except Exception:  # a broken test is reported like a failing one, and the others run
-            failures += 1
-            print(f"FAIL {test.__name__}:\n{traceback.format_exc()}")
+            failed = isinstance(error, (AssertionError, subprocess.TimeoutExpired))
+            print(f"FAIL {test.__name__}: {error if failed else traceback.format_exc()}")
     print(f"{len(tests) - failures} passed, {failures} failed")
     sys.exit(1 if failures else 0)

@@ -156,13 +156,10 @@ def test_clock_commands():
                  ["40 10000 false 40 10 false false true",
                   "40 10 false -1 90000 false false true"],
                  "level with T 0 is ten seconds; otim on White's first stage, Black's own list")
-    expect_answers([(line, None if error is None else f"Error ({error}): {line}")
-                    for line, error in [
-        ("tc 40 120 0", "last time control must not terminate"),
-        ("tc 0 5 0;0 5 0;0 5 0", "too many parameters"), ("level 0 0 0", None),
-        ("level 1 1:-5 0", "argument out of bounds"), ("st 0", None), ("st 2147483", None),
-        ("st 2147484", "argument out of bounds"), ("sd 0", None), ("sd 2147483647", None),
-        ("time 1000", None), ("otim 2000", None), ("sd -5", "argument out of bounds")]])
+    # The texts of refused time controls are the parser's unit tests'; here they reach the user.
+    expect_answers([("tc 40 120 0", "Error (last time control must not terminate): tc 40 120 0"),
+                    ("level 0 0 0", None), ("st 2147483", None), ("sd 2147483647", None),
+                    ("st 2147484", "Error (argument out of bounds): st 2147484")])
 
 
 def test_settings_written_read_back_and_changed():
@@ -215,17 +212,13 @@ def test_settings_errors_change_nothing():
 
 
 def test_personality_names_values_and_refusals():
+    # Names, values and the random one are the unit tests'; here the command shows and clamps.
     expect_answers([
         ("personality", "Personality: Brask (0)"), ("force", None),
-        ("personality Nurz", None), ("personality", "Personality: Nurz (1000)"),
         ("personality vessimar", None), ("personality", "Personality: Vessimar (-1000)"),
         ("personality 7", None), ("personality", "Personality: Custom (7)"),
-        ("personality 5000", None), ("personality", "Personality: Nurz (1000)"),  # clamped
-        # A value is shown with the first name it has.
-        ("personality Default", None), ("personality", "Personality: Brask (0)"),
-        ("personality -15", None), ("personality", "Personality: Jorlund (-15)"),
-        ("personality NURZ", "Error (could not parse personality): personality NURZ"),
-        ("personality 15x", "Error (could not parse personality): personality 15x")])
+        ("personality 5000", None), ("personality", "Personality: Nurz (1000)"),
+        ("personality NURZ", "Error (could not parse personality): personality NURZ")])
     result = run(["force", "setboard " + ROOK_UP, "eval", "personality Nurz", "eval",
                   "personality Vessimar", "eval", "personality Brask", "eval"])
     values = [int(line.split()[1]) for line in result.answers() if line.startswith("eval: ")]
@@ -233,9 +226,6 @@ def test_personality_names_values_and_refusals():
     expect_equal(values[3], values[0], "back to the default")
     expect(min(values[1], values[2]) <= values[0] <= max(values[1], values[2]),
            f"the default blend lies between the two halves: {values}")
-    answers = run(["force", "personality Random", "personality"]).answers()
-    match = re.match(r"^Personality: \w+ \((-?\d+)\)$", answers[-1])
-    expect(match and -20 <= int(match.group(1)) <= 20, f"a random personality: {answers[-1]}")
 
 
 def test_optimize_piece_tries_the_squares_of_the_piece_and_keeps_the_best():

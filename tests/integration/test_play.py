@@ -71,10 +71,10 @@ def test_console_mates_are_announced_and_hopeless_games_resigned_after_some_move
         expect(output.count("Congratulations! Brask resigns.\n") == 1 and re.search(
             r"resigns.\n(?:.*\n)*?game over: 0-1 \(White resigns\)\n", output), output[-300:])
         # A forced move is played without a search's time.
-        engine.send("new", "force", "setboard k7/8/8/8/8/8/1r6/K6r w - - 0 1", "st 1")
-        started, mark = time.monotonic(), engine.mark()
-        engine.send("go")
-        expect_equal(engine_move(engine, mark, timeout=10)[0], "Kxb2", "the only legal move")
+        started = time.monotonic()
+        mark = answer(engine, PLAYED, 10, "new", "force", "st 1",
+                      "setboard k7/8/8/8/8/8/1r6/K6r w - - 0 1", "go").pos
+        expect_equal(engine_move(engine, mark)[0], "Kxb2", "the only legal move")
         expect(time.monotonic() - started < 5, "a forced move took the time of a search and more")
 
 
@@ -90,12 +90,10 @@ def hash_report(session):
 
 def test_hash_tables_sized_filled_and_cleared_by_a_new_personality():
     with console() as engine:
-        report = hash_report(engine)
-        expect_equal(list(report), ["transposition table", "pawn hashtable",
-                                    "evaluation hashtable"], "tables")
-        expect_equal(list(report.values()), [("24.00 megabyte", 1048576, 1048576),
-                                             ("3.50 megabyte", 32768, 32768),
-                                             ("3.00 megabyte", 262144, 262144)], "at start")
+        expect_equal(list(hash_report(engine).items()), [
+            ("transposition table", ("24.00 megabyte", 1048576, 1048576)),
+            ("pawn hashtable", ("3.50 megabyte", 32768, 32768)),
+            ("evaluation hashtable", ("3.00 megabyte", 262144, 262144))], "at start")
         engine.send("force", "hash trans 64M")
         expect_equal(hash_report(engine)["transposition table"],
                      ("48.00 megabyte", 2097152, 2097152), "after hash trans 64M")

@@ -54,12 +54,8 @@ def test_identification_lists_the_options_and_ends_in_uciok():
         "option name Hash type spin default 32 min 1 max 65536",
         "option name Ponder type check default false",
         "option name Clear Hash type button",
-        "option name Contempt type spin default 0 min -32767 max 32767",
         "option name NalimovPath type string default <empty>",
-        "option name NalimovCache type spin default 4 min 0 max 1024",
-        "option name UCI_AnalyseMode type check default false",
         "option name root_distance_multiplier type spin default 64 min 1 max 6400",
-        "option name enable_ettc type check default false",
         # Arrays are one option per element.
         "option name checking_move_sorting_bonus_if_not_playing_for_mate[3] type spin default 65 "
         "min -511 max 511",
