@@ -58,13 +58,8 @@ def play_out(session, setup, max_moves):
     raise AssertionError(f"no end of the game after {moves}")
 
 
-def test_console_mates_are_announced_and_hopeless_games_resigned_after_some_moves():
-    with console() as engine:
-        moves, output = play_out(engine, [
-            "setboard r1b1kb1r/pppp1ppp/5q2/4n3/3KP3/2N3PN/PPP4P/R1BQ1B1R b kq - 0 1", "st 2"], 5)
-        expect_equal([score for _, score in moves], ["#3", "#2", "#1"], "scores of the mate")
-        expect(moves[-1][0].endswith("#") and "game over: 0-1 (Black mates)\n" in output,
-               f"no mate: {output[-300:]!r}")
+def test_console_hopeless_games_are_resigned_after_some_moves_and_forced_moves_played():
+    # Mates and their scores are the search's and the basic mates' below.
     with console() as engine:
         moves, output = play_out(engine, ["setboard 3qk2r/8/8/8/8/8/8/R3K3 w - - 0 1", "sd 5"], 8)
         expect(len(moves) >= 2 and all(score.startswith("-") for _, score in moves), f"{moves}")
@@ -130,14 +125,9 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
             expect(not engine.poll_for("game over", 0.05, mark),
                    f"the game ended at ply {ply + 1}: {engine.output(mark)[-300:]!r}")
         expect_equal(engine.quit(), 0, "exit status")
+    # Each search within its hard limit is the clock tests' of UCI and of the xboard games.
     limits = [int(limit) for limit in SEARCH_LIMITS.findall(engine.log)]
-    times = [float(seconds) for seconds in re.findall(r"time: ([\d.]+) sec", engine.log)]
-    expect_equal((len(limits), len(times)), (2 * GAME_MOVES, 2 * GAME_MOVES), "searches logged")
-    # The clock is polled by node counts at most an eighth of a second apart: on a busy machine
-    # that much may be spent past the limit.
-    for ply, (limit, seconds) in enumerate(zip(limits, times)):
-        expect(seconds * 1000 <= limit + 125,
-               f"ply {ply + 1} searched {seconds} s with a hard limit of {limit} ms")
+    expect_equal(len(limits), 2 * GAME_MOVES, "searches logged")
     for side, name in ((0, "White"), (1, "Black")):
         used = sum(wall[side:80:2])
         left_ms = 40 * limits[80 + side] - LEVEL_SECONDS * 1000
@@ -311,32 +301,20 @@ def test_xboard_ponder_hit_and_miss():
         time.sleep(0.5)
         match, before = move_after(engine, 5, "h3" if expected == "a3" else "a3")
         expect_equal(before, [], "nothing else before the answer")
-    expect("Predicted move made" not in engine.log, "no hit on another move")
-    expect_equal(re.findall(r"type=(\w+)", engine.log)[:4],
-                 ["normal", "pondering", "normal", "pondering"],
-                 "searches: reply, ponder, new search after the miss, ponder")
-    fens = re.findall(r"FEN: (\S+ [wb])", engine.log)
-    expect(fens[2].endswith(" b"), f"the new search is for Black: {fens[2]}")
-
-
-def test_xboard_pondering_gives_way_to_easy_go_and_playother():
-    with xboard() as engine:
-        engine.send("new", "force", "e2e4", "st 1", "playother")
-        expect_equal(synchronize(engine), [], "playother starts no search without pondering")
-        match, _ = move_after(engine, 10, "e7e5")
-        expect(not BLACK_FIRST.match(match.group(1)), f"a move for White: {match.group(1)!r}")
-        engine_move_then_ponder(engine)
         synchronize(engine, "easy")
         expect_equal(synchronize(engine, "."), ["stat01: 0 0 0 0 0"], "easy ends pondering")
-        # Pondering again from playother, then go: the engine takes White's move itself.
+        # Pondering from playother; go then makes the engine take White's move itself.
         engine.send("hard", "force", "playother")
         time.sleep(0.5)
         engine.send(".")
         expect(STATUS.match(engine.wait_for("^stat01", 5)[0].string), "pondering after playother")
-        match, _ = move_after(engine, 5, "go")
-        expect(not BLACK_FIRST.match(match.group(1)), f"a move for White: {match.group(1)!r}")
+        move_after(engine, 5, "go")
+    expect("Predicted move made" not in engine.log, "no hit on another move")
     expect_equal(re.findall(r"type=(\w+)", engine.log)[:6],
-                 ["normal", "normal", "pondering", "pondering", "normal", "pondering"], "searches")
+                 ["normal", "pondering", "normal", "pondering", "pondering", "normal"],
+                 "searches: reply, ponder, after the miss, ponder, after playother, go")
+    fens = re.findall(r"FEN: (\S+ [wb])", engine.log)
+    expect(fens[2].endswith(" b") and fens[5].endswith(" w"), f"sides of the searches: {fens}")
 
 
 def test_xboard_draw_offers():

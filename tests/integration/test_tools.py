@@ -96,14 +96,6 @@ def test_match_clocks_games_and_blame():
         game = {"white": white, "black": "brask" if white == "x" else "x", "result": result,
                 "comment": comment, "plies": 10, "crashed": crashed}
         expect_equal(match.judge(game, "brask"), expected, f"{white} {result} {{{comment}}}")
-    game = match.game_from_debug("GameEnds(0, (null), 2)\n4942 >first : result 0-1 {Black wins "
-                                 "on time}\nGameEnds(27, Black wins on time, 4)\nGameEnds(27, "
-                                 "Black wins on time, 2)\nGameEnds(29, xboard exit, 2)\n",
-                                 "x", "brask")
-    expect_equal((game["result"], game["comment"], game["plies"]),
-                 ("0-1", "Black wins on time", 0), "a game xboard didn't save")
-    game = match.game_from_debug("GameEnds(29, xboard exit, 2)\n", "x", "brask")
-    expect_equal(game["result"], "*", "a game that never ended")
 
 
 KNIGHTS = "4k3/8/8/8/8/8/8/1N2KN2 w - - 0 1"

@@ -209,23 +209,17 @@ def test_options_change_what_the_engine_announces_and_the_console_lists_uci():
 def test_self_play_on_one_second_plus_ten_milliseconds():
     """Brask against itself, the clocks kept here with the time between go and bestmove: no
     flag fall and no illegal move in a game's first 60 moves."""
-    clocks = [1000.0, 1000.0]
-    increment = 10
-    moves = []
-    engines = [uci_session(), uci_session()]
+    clocks, moves, engines = [1000.0, 1000.0], [], [uci_session(), uci_session()]
     try:
-        for engine in engines:
-            engine.send("ucinewgame")
         for ply in range(120):
             side = ply % 2
-            engine = engines[side]
-            engine.send("position startpos" + (" moves " + " ".join(moves) if moves else ""),
-                        f"go wtime {int(clocks[0])} btime {int(clocks[1])} winc {increment} "
-                        f"binc {increment}")
-            move, _, _, seconds = best_move(engine, 5)
+            move, _, _, seconds = best_move(
+                engines[side], 5, "ucinewgame" if ply < 2 else "isready",
+                "position startpos" + (" moves " + " ".join(moves) if moves else ""),
+                f"go wtime {int(clocks[0])} btime {int(clocks[1])} winc 10 binc 10")
             clocks[side] -= seconds * 1000
             expect(clocks[side] > 0, f"{'White' if side == 0 else 'Black'} flagged at ply {ply}")
-            clocks[side] += increment
+            clocks[side] += 10
             if move == "0000":
                 break
             expect(COORDINATE.match(move), f"move text {move}")
