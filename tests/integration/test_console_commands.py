@@ -65,9 +65,8 @@ TRANSCRIPTS = [  # (lines, answers, position after them)
       "Error (could not read FEN file): read_fen bad.fen",
       "Error (Illegal position): read_fen illegal.fen",
       "Error (could not open file): write_fen no/such/dir.fen"], START_FEN),
-    # A game read waits at its start; next all plays it.
+    # A game read waits at its start, for next.
     (["force", "read_pgn game.pgn"], TAGS, START_FEN),
-    (["force", "read_pgn game.pgn", "next all"], TAGS, RUY_LOPEZ),
     (["force", "e4", "read_pgn bad.pgn", "read_pgn unended.pgn", "read_pgn none.pgn"],
      ["Error (Illegal move): read_pgn bad.pgn",
       "Error (could not read PGN file): read_pgn unended.pgn",

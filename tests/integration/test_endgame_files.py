@@ -197,13 +197,11 @@ def test_generate_restart_verify_and_damage():
         expect("Generating generic bitbases data files...\nGenerating generic bitbases (5 total):\n"
                in text, text)
         made = re.findall(r"- (\w+)\.\.\.done \(\d+(?:\.\d+)? sec\)\n", text)
-        expect_equal(sorted(made), sorted(THREE_PIECES), "generated")
-        expect(re.search(r"\)\ndone \(\d+(?:\.\d+)? sec\)\n", text), "job line")
         skipped = re.findall(r"- (\w+)\.\.\.skipped\n", text)
-        expect_equal(sorted(skipped), sorted(THREE_PIECES), "skipped")
+        expect_equal([sorted(made), sorted(skipped)], [sorted(THREE_PIECES)] * 2, "made, skipped")
+        expect(re.search(r"\)\ndone \(\d+(?:\.\d+)? sec\)\n", text), "job line")
+        # Where the progress goes is the unit tests'.
         expect("skipped\nskipped (file already exists)\n" in text, text)
-        expect(PROGRESS.search(result.stdout), "no progress shown")
-        expect("%" not in result.log and "\x08" not in result.log, "progress in the log")
         expect("Generation finished. Reloading bitbases. (not sent to xboard)" in result.log,
                "reload note")
         expect_equal(home.files(), sorted(name + ".bgb" for name in THREE_PIECES), "files")
@@ -214,8 +212,8 @@ def test_generate_restart_verify_and_damage():
         expect_equal(len(passed), 10 + 1, f"verified: {result.stdout}")
         expect(all(int(count) > 100000 for _, count in passed), "counts")
         expect("Verifying generic bitbases (10 total):\n" in result.stdout, "generic heading")
-        expect(re.search(r"Verification finished \(\d+ms total\)\.", result.log), "log total")
-        expect("Verification finished" not in result.stdout, "total on the terminal")
+        expect(re.search(r"Verification finished \(\d+ms total\)\.", result.log)
+               and "Verification finished" not in result.stdout, "the total in the log alone")
 
         # An all-draw table under a won ending's name; damaged bytes are the unit tests'.
         shutil.copy(os.path.join(home.path, "kn_k.bgb"), os.path.join(home.path, "kq_k.bgb"))

@@ -141,10 +141,8 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
 
 def test_console_limits_hint_and_draw():
     with console() as engine:
-        engine.send("st 1")
         started = time.monotonic()
-        engine.send("e4")
-        engine.wait_for_text(PLAYED, 10)
+        answer(engine, PLAYED, 10, "st 1", "e4")
         expect(0.8 <= time.monotonic() - started <= 3.0, "st 1 took the wrong time")
         hint = answer(engine, r"Brask suggests (\S+)\n", 10, "hint").group(1)
         mark = answer(engine, PLAYED, 30, "sd 3", "st 100", hint).pos
@@ -181,7 +179,7 @@ def synchronize(session, *lines):
     return session.wait_for("^pong 1$", 10)[1]
 
 
-def test_xboard_moves_in_both_forms_status_and_move_now():
+def test_xboard_moves_in_both_forms_status_move_now_and_result():
     with xboard() as engine:
         match, before = move_after(engine, 10, "new", "st 1", "usermove e2e4")
         expect(BLACK_FIRST.match(match.group(1)) and before == [], f"{before} {match.group(1)}")
@@ -201,8 +199,14 @@ def test_xboard_moves_in_both_forms_status_and_move_now():
         match, before = engine.wait_for(MOVE, 3, "move after ?")
         expect(time.monotonic() - started < 1.5, "? answers at once")
         expect(BLACK_FIRST.match(match.group(1)) and before == [], f"{before} {match.group(1)}")
-        engine.send(".")
-        engine.wait_for(r"^stat01: 0 0 0 0 0$", 5, "status without a search")
+        engine.send("new", "st 5", "e2e4")
+        time.sleep(0.5)
+        # The front end ends the game while the engine thinks: the search is dropped unplayed.
+        expect_equal(synchronize(engine, "result 1-0 {White mates}"), [], "answer to result")
+        expect_equal(synchronize(engine, ".", "e7e5", "go", "draw"),
+                     ["stat01: 0 0 0 0 0", "Illegal move: e7e5", "Error (game over): draw"],
+                     "answers after the result, the status line without a search")
+        expect_equal(engine.quiet_for(0.5), [], "no move after the result")
     reports = log_only_reports(engine.log)
     expect("User move: e4" in reports and "User move: d4" in reports, "user moves in the log")
 
@@ -231,18 +235,6 @@ def test_xboard_thinking_lines_and_mate_scores():
     after_nopost = engine.log[engine.log.rindex("received input: nopost"):]
     expect(re.search(r"\n\d+ -?\d+ \d+ \d+ (?:\S+ )+\n \(not sent to xboard\)\n", after_nopost),
            "thinking lines in the log after nopost")
-
-
-def test_xboard_result_ends_the_game_silently():
-    with xboard() as engine:
-        engine.send("new", "st 5", "e2e4")
-        time.sleep(0.5)
-        # The front end ends the game while the engine thinks: the search is dropped unplayed.
-        expect_equal(synchronize(engine, "result 1-0 {White mates}"), [], "answer to result")
-        expect_equal(synchronize(engine, ".", "e7e5", "go", "draw"),
-                     ["stat01: 0 0 0 0 0", "Illegal move: e7e5", "Error (game over): draw"],
-                     "answers after the result")
-        expect_equal(engine.quiet_for(0.5), [], "no move after the result")
 
 
 def test_xboard_analysis_ignores_limits_follows_moves_and_makes_none():
