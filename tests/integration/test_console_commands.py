@@ -220,23 +220,19 @@ FEATURES = [f"feature {feature}" for feature in [
 
 
 def test_xboard_features_and_protocol_versions():
-    result = run(["protover 2"])
+    # Version 1 sends no features; version 3 falls back to 2.
+    result = run(["protover 1", "ping 1", "protover 3"])
+    expect_equal(result.answers(), ["pong 1", *FEATURES], "answers")
     expect(result.stdout.endswith("\n" + "\n".join(FEATURES) + "\n"), "features, one a line")
-    expect("Stdin has been set to raw mode (OS: Unix compatible)." in log_only_reports(result.log),
-           "raw mode note")
+    reports = log_only_reports(result.log)
+    expect('Unexpected xboard protocol version. Executing command "xboard" instead' in reports
+           and "Future XBoard protocol version not support, falling back to version 2" in reports
+           and "Stdin has been set to raw mode (OS: Unix compatible)." in reports, f"{reports}")
     # A ## id names the engine alone; another is added to the name with the personality.
     answers = run(["id ##Rival", "protover 2", "id test build", "force", "personality 7",
                    "protover 2"]).answers()
     expect(answers[4] == 'feature myname="Rival"' and answers[23].startswith('feature myname="')
            and answers[23].endswith(' Brask test build"'), f"names: {answers[4]} {answers[23]}")
-    result = run(["protover 1", "ping 1"])
-    expect_equal(result.answers(), ["pong 1"], "protover 1 sends no features")
-    expect('Unexpected xboard protocol version. Executing command "xboard" instead'
-           in log_only_reports(result.log), "log line of protover 1")
-    result = run(["protover 3"])
-    expect_equal(result.answers(), FEATURES, "protover 3 falls back to 2")
-    expect("Future XBoard protocol version not support, falling back to version 2"
-           in log_only_reports(result.log), "log line of protover 3")
 
 
 def test_xboard_answers_without_prompts_or_sentences():
