@@ -37,8 +37,6 @@ class Run:
         text = THINKING.sub("", PROMPT.sub("", self.stdout).replace("edit mode> ", ""))
         return [line for line in text.split("\n") if line and not BOARD_LINE.match(line)]
 
-    def prompts(self):
-        return [match.group(0)[2:] for match in PROMPT.finditer(self.stdout)]
 
 
 def tool_path(name="brask"):

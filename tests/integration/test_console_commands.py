@@ -100,11 +100,11 @@ def test_transcripts():
 def test_prompts_count_moves_and_the_log_records_them():
     result = run(["force", "e4", "e5", "Nf3", "", "setboard 4k3/8/8/8/8/8/4P3/4K3 b - - 0 30",
                   "Kd7", "new", "force", "edit", "Ke1", "."])
-    expect_equal(result.prompts(), ["White 1> ", "White 1> ", "Black 1> ", "White 2> ",
-                                     "Black 2> ", "Black 2> ", "Black 30> ", "White 31> ",
-                                     "White 1> ", "White 1> ", "White 1> "], "prompts")
+    # Each prompt begins with a blank and a carriage return, for the terminal.
+    expect_equal(PROMPT.findall(result.stdout), [f" \r{prompt}> " for prompt in [
+        "White 1", "White 1", "Black 1", "White 2", "Black 2", "Black 2", "Black 30", "White 31",
+        "White 1", "White 1", "White 1"]], "prompts")
     expect_equal(result.stdout.count("edit mode> "), 2, "one edit prompt per line")
-    expect(result.stdout.startswith(" \rWhite 1> "), "the prompt's carriage return")
     # The carriage return is for the terminal alone.
     expect("\r" not in result.log and "White 1> Brask received input: force" in result.log,
            "prompt in the log")

@@ -6,10 +6,9 @@ import os
 import re
 import tempfile
 
-from engine_session import (expect, expect_answers, expect_equal, log_only_reports, run,
-                            run_tests)
+from engine_session import (PROMPT, expect, expect_answers, expect_equal, log_only_reports,
+                            run, run_tests)
 
-PROMPT = " \rWhite 1> "
 BANNER = re.compile(r"Brask logfile created at: \w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4}\n\n"
                     r"Bitboard algorithms\n- popcount:         Table lookup PopCount\n"
                     r"- popcount_sparse:  Table lookup PopCount\n"
@@ -27,7 +26,8 @@ def test_empty_input_leaves_banner_and_a_numbered_log_per_run():
         for _ in range(2):
             result = run(directory=directory)
             # The console greets nobody: the first prompt is all, and the end of input quits.
-            expect_equal((result.status, result.stdout, result.stderr), (0, PROMPT, ""), "run")
+            expect_equal((result.status, result.stdout, result.stderr), (0, " \rWhite 1> ", ""),
+                         "run")
             expect(BANNER.match(result.log), f"the log's first blocks: {result.log[:300]!r}")
             expect("Brask received input" not in result.log, "the end of input logged as a line")
         expect_equal(sorted(os.listdir(directory)), ["logfile.000", "logfile.001"], "files")
@@ -98,7 +98,7 @@ def test_good_options_run_before_the_main_loop():
                  "position from the command line")
     # Force-mode options leave the engine in force mode, where setboard works.
     expect_equal(result.answers(), ["Error (wrong number of arguments): contempt"], "answers")
-    expect_equal(result.prompts()[0], "Black 40> ", "first prompt")
+    expect_equal(PROMPT.findall(result.stdout)[0], " \rBlack 40> ", "first prompt")
     expect("Executing startup command: contempt -10" in log_only_reports(result.log),
            "start-up command in the log")
     result = run(["ping 1"], arguments=["--id=##Rival", "--protover", "2"])

@@ -72,12 +72,10 @@ def read_text(path):
 def game_endings(games_text):
     """(result, closing comment) of each game, from the movetext's last comment and result."""
     endings = []
-    for result in re.finditer(r'\[Result "([^"]*)"\]', games_text):
-        rest = games_text[result.end():]
-        following = rest.find("[Event ")
-        body = rest if following < 0 else rest[:following]
-        comments = re.findall(r"\{([^}]*)\}\s*(?:1-0|0-1|1/2-1/2|\*)\s*$", body.strip())
-        endings.append((result.group(1), comments[-1] if comments else ""))
+    for game in games_text.split("[Event ")[1:]:
+        result = re.search(r'\[Result "([^"]*)"\]', game)
+        comments = re.findall(r"\{([^}]*)\}\s*(?:1-0|0-1|1/2-1/2|\*)\s*$", game.strip())
+        endings.append((result[1] if result else "", comments[-1] if comments else ""))
     return endings
 
 
