@@ -111,9 +111,10 @@ class InteractiveSession:
     console's unended prompts, as one text with positions in it (`mark`, `output`, `poll_for`,
     `wait_for_text`). Use it in a `with` block; the log is in `log` afterwards."""
 
-    def __init__(self, arguments=(), timeout=TIMEOUT_SECONDS):
+    def __init__(self, arguments=(), timeout=TIMEOUT_SECONDS, engine=None):
         self.directory = tempfile.TemporaryDirectory(prefix="brask-")
-        self.process = subprocess.Popen([tool_path(), *arguments], cwd=self.directory.name,
+        self.process = subprocess.Popen([engine or tool_path(), *arguments],
+                                        cwd=self.directory.name,
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         stderr=subprocess.DEVNULL)
         self._text = ""

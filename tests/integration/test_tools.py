@@ -135,8 +135,6 @@ def test_tactics_moves_and_suites():
               {"bm": ["O-O", "Kf8"], "am": ["Kd8"], "id": ["sbd.003"]})),
             ("", None), ("# a comment line", None)]:
         expect_equal(tactics.parse_epd(line), expected, f"EPD {line!r}")
-    expect_equal(tactics.expected_moves(START, {"bm": ["e4", "d4"], "am": ["f3"]}),
-                 ({"e2e4", "d2d4"}, {"f2f3"}), "expected moves")
 
 
 if __name__ == "__main__":
