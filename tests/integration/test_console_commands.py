@@ -89,8 +89,7 @@ TRANSCRIPTS = [  # (lines, answers, position after them)
     (["xboard", "force", "edit", "cancel"], [], START_FEN),
     # In force mode the front end decides the result itself: the engine says nothing.
     (["xboard", "force", "setboard 7k/5Q2/6K1/8/8/8/8/8 w - - 0 1", "Qg7", "Kh7"],
-     ["Illegal move: Kh7"], None),
-]
+     ["Illegal move: Kh7"], None)]
 
 
 def test_transcripts():
@@ -254,35 +253,31 @@ def test_xboard_answers_without_prompts_or_sentences():
 
 
 WORDS = [
-    ".", "protover", "bk", "ics", "pause", "resume", "variant", "random", "accepted",
-    "rejected", "?", "analyze", "black", "computer", "console", "contempt", "display",
-    "display_settings", "draw", "easy", "eval", "exit", "force", "fritz", "generate", "go",
-    "hard", "hash", "help", "hint", "id", "level", "modify_settings", "name", "new", "next",
-    "nopost", "otim", "personality", "ping", "playother", "post", "probe", "rating", "read_fen",
-    "read_pgn", "read_settings", "remove", "result", "sd", "setboard", "st", "tb", "tc", "time",
-    "undo", "usermove", "verify", "version", "white", "write_fen", "write_pgn", "write_settings",
-    "xboard",
-]
+ ".", "protover", "bk", "ics", "pause", "resume", "variant", "random", "accepted", "rejected",
+ "?", "analyze", "black", "computer", "console", "contempt", "display", "display_settings",
+ "draw", "easy", "eval", "exit", "force", "fritz", "generate", "go", "hard", "hash", "help",
+ "hint", "id", "level", "modify_settings", "name", "new", "next", "nopost", "otim", "personality",
+ "ping", "playother", "post", "probe", "rating", "read_fen", "read_pgn", "read_settings",
+ "remove", "result", "sd", "setboard", "st", "tb", "tc", "time", "undo", "usermove", "verify",
+ "version", "white", "write_fen", "write_pgn", "write_settings", "xboard"]
 # Left out of the random lines: edit, whose lines follow a grammar of their own (they get a
 # session of their own), quit, and optimize_piece, which reads a square from standard input.
 LEFT_OUT = {"edit", "quit", "optimize_piece"}
 
 ARGUMENTS = [
     "0", "1", "-1", "2", "40", "5", "12", "all", "2147483647", "2147483648", "-2147483648",
-    "99999999999999999999", "007", "-0", "+7", "1:30", "0:0", "-1:5", "1.5", "x", "", '""',
-    "e4", "e2e4", "Nf3", "O-O", "O-O-O", "e7e8q", "a7a8=N", "1-0", "0-1", "1/2-1/2", "*",
-    "{resign}", "{time", "trans", "pawn", "eval", "nalimov", "64M", "0M", "1T", "18446744073709551616K",
-    "Nurz", "Vessimar", "Random", "nurz", "enable_ettc=true", "a=1;b=2", "root_distance_multiplier=0",
-    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", "w", "b", "KQkq", "-", "e3", "100", "101",
-    "8/8/8/8/8/8/8/8", "4k3/8/8/8/8/8/8/4K3", "7k/5Q2/6K1/8/8/8/8/8", "game.pgn", "pos.fen",
-    "settings.txt", "missing.txt", ";", "'", '"', "\t", "##Name",
-]
+    "99999999999999999999", "007", "-0", "+7", "1:30", "0:0", "-1:5", "1.5", "x", "", '""', "e4",
+    "e2e4", "Nf3", "O-O", "O-O-O", "e7e8q", "a7a8=N", "1-0", "0-1", "1/2-1/2", "*", "{resign}",
+    "{time", "trans", "pawn", "eval", "nalimov", "64M", "0M", "1T", "18446744073709551616K",
+    "Nurz", "Vessimar", "Random", "nurz", "enable_ettc=true", "a=1;b=2",
+    "root_distance_multiplier=0", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", "w", "b", "KQkq",
+    "-", "e3", "100", "101", "8/8/8/8/8/8/8/8", "4k3/8/8/8/8/8/8/4K3", "7k/5Q2/6K1/8/8/8/8/8",
+    "game.pgn", "pos.fen", "settings.txt", "missing.txt", ";", "'", '"', "\t", "##Name"]
 SPECIAL_LINES = [
     "", " ", "\t", "\r", "\x00", "\x1b[A", "\xff\xfe", "'", '"', '"unclosed', "'also unclosed",
     "ping 'a b'", 'ping "a b" c', "x" * 5000, "ping " + "9" * 3000, "setboard " + "p" * 2000,
     " ".join(["undo"] * 300), "tc " + "40 5 0 " * 200 + "0 5 0", "name " + "\u00e9" * 100,
-    "result 1/2-1/2 {" + "agree" * 200 + "}",
-]
+    "result 1/2-1/2 {" + "agree" * 200 + "}"]
 
 
 def random_line(rng):
@@ -329,8 +324,7 @@ def fuzz_lines(seed, count):
 
 
 def check_survives(lines, label):
-    result = run(input_bytes=b"\n".join([*lines, b"ping 424242"]) + b"\n", files=FILES,
-                 timeout=40)
+    result = run(input_bytes=b"\n".join([*lines, b"ping 424242"]) + b"\n", files=FILES, timeout=40)
     expect_equal(result.status, 0, f"exit status after {label}")
     expect(PROMPT.sub("", result.stdout).rstrip().endswith("pong 424242"),
            f"no final pong after {label}: ...{result.stdout[-300:]!r}")

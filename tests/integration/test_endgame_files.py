@@ -198,7 +198,6 @@ def test_generate_restart_verify_and_damage():
         skipped = re.findall(r"- (\w+)\.\.\.skipped\n", text)
         expect_equal([sorted(made), sorted(skipped)], [sorted(THREE_PIECES)] * 2, "made, skipped")
         expect(re.search(r"\)\ndone \(\d+(?:\.\d+)? sec\)\n", text), "job line")
-        # Where the progress goes is the unit tests'.
         expect("skipped\nskipped (file already exists)\n" in text, text)
         expect("Generation finished. Reloading bitbases. (not sent to xboard)" in result.log,
                "reload note")
@@ -238,7 +237,6 @@ def test_special_files_need_their_tablebases():
         expect("Generating king+pawn vs king+pawn bitbases data file...failed\n"
                "Error (tablebases not loaded): generate all" in result.stdout, result.stdout)
         expect("rammed" not in result.stdout, "the jobs behind a failure ran")
-        # Generation as a start-up option.
         result = home.run(["quit"], with_tables=False, arguments=[
             "--tb", "nalimov", "1M", home.tables, "--generate", "generic[kr_k]"])
         expect_equal((result.status, home.files()), (0, ["kr_k.bgb"]), "generated at start-up")

@@ -238,7 +238,6 @@ def test_optimize_piece_tries_the_squares_of_the_piece_and_keeps_the_best():
         expect_equal(values, sorted(set(values)), "each improvement is better than the last")
         expect_equal(re.findall(r"Best square: ([a-h][1-8]) \(val=(-?\d+)\)", result.stdout),
                      [improvements[-1]], "the best square is the last improvement")
-        # A board is shown with each improvement.
         expect_equal(result.stdout.count("+---+---+---+---+---+---+---+---+") // 9,
                      len(improvements) + 1, "boards")
     expect("Piece:\n" in result.stdout and "Piece:" not in result.log, "the prompt, not logged")

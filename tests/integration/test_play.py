@@ -59,7 +59,6 @@ def play_out(session, setup, max_moves):
 
 
 def test_console_hopeless_games_are_resigned_after_some_moves_and_forced_moves_played():
-    # Mates and their scores are the search's and the basic mates' below.
     with console() as engine:
         moves, output = play_out(engine, ["setboard 3qk2r/8/8/8/8/8/8/R3K3 w - - 0 1", "sd 5"], 8)
         expect(len(moves) >= 2 and all(score.startswith("-") for _, score in moves), f"{moves}")
@@ -125,7 +124,6 @@ def test_a_forty_move_game_against_itself_keeps_within_the_clock():
             expect(not engine.poll_for("game over", 0.05, mark),
                    f"the game ended at ply {ply + 1}: {engine.output(mark)[-300:]!r}")
         expect_equal(engine.quit(), 0, "exit status")
-    # Each search within its hard limit is the clock tests' of UCI and of the xboard games.
     limits = [int(limit) for limit in SEARCH_LIMITS.findall(engine.log)]
     expect_equal(len(limits), 2 * GAME_MOVES, "searches logged")
     for side, name in ((0, "White"), (1, "Black")):
@@ -325,7 +323,6 @@ def test_xboard_draw_offers():
                      "the answers to a computer are silent")
         expect_equal(synchronize(engine, "force", "draw"), ["Error (command not legal now): draw"],
                      "offer in force mode")
-    # When the engine offers a draw itself is the draw handler's unit tests'.
     expect("Engine rejects draw offer" in log_only_reports(engine.log), "rejection in the log")
 
 

@@ -60,8 +60,7 @@ def test_identification_lists_the_options_with_their_present_values():
         # Arrays are one option per element.
         "option name checking_move_sorting_bonus_if_not_playing_for_mate[3] type spin default 65 "
         "min -511 max 511",
-        "option name capture_move_sorting_bonus[5] type spin default 10 min -511 max 511",
-    ]
+        "option name capture_move_sorting_bonus[5] type spin default 10 min -511 max 511"]
     expect_equal([line for line in expected if line not in options], [], "options missing")
     personality = next(line for line in options if " Personality " in line)
     expect(all(f" var {name}" in personality for name in ("Random", "Nurz", "Vessimar")),
@@ -170,7 +169,6 @@ def test_ponder_hit_and_ponder_miss():
         expect(move[1] in "12", f"a move of White: {move}")
         ready(session, "one move per go")
     with uci_session() as session:
-        # A finished game holds its move until stop.
         session.send(f"position fen {STALEMATE}", "go ponder wtime 1000 btime 1000")
         no_move(session.quiet_for(0.7), "held while pondering")
         expect_equal(best_move(session, 2, "stop")[0], "0000", "no legal move")
