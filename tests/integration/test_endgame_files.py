@@ -87,18 +87,13 @@ def test_the_generator_makes_what_a_table_needs_and_refuses_the_unknown():
 
 def test_an_interrupted_generator_leaves_no_table_under_its_name():
     with tempfile.TemporaryDirectory() as directory:
-        process = subprocess.Popen([tool_path("brask-tbgen"), "-o", directory, "kqkr"],
-                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        try:
+        with InteractiveSession(["-o", directory, "kqkr"], TIMEOUT,
+                                tool_path("brask-tbgen")) as generator:
             # Interrupted while kqkr is being solved, after the smaller tables are written.
-            for line in process.stdout:
-                if line.startswith("Solving kqkr"):
-                    break
+            generator.wait_for("^Solving kqkr", TIMEOUT)
             time.sleep(0.5)
-            process.send_signal(signal.SIGTERM)
-            process.wait(timeout=60)
-        finally:
-            process.kill()
+            generator.process.send_signal(signal.SIGTERM)
+            generator.process.wait(timeout=60)
         names = complete_tables(directory)
         expect("kqkr.nbw" not in names and "kqkr.nbb" not in names, f"left behind: {names}")
 
