@@ -219,7 +219,7 @@ def test_xboard_thinking_lines_and_mate_scores():
         nodes = [int(line.group(4)) for line in lines]
         expect(nodes == sorted(nodes) and nodes[-1] > 0, f"nodes grow: {nodes}")
         expect(all(-200 < int(line.group(2)) < 200 for line in lines), "scores in centipawns")
-        match, before = move_after(engine, 10, "nopost", "new", "d2d4")
+        match, before = move_after(engine, 10, "nopost", "new", "st 1", "d2d4")
         expect_equal(before, [], "no thinking on the terminal with nopost")
         # Mate in 2 for White (1.Kb6 or 1.Kc7, then the rook mates); then mated in 1.
         match, before = move_after(engine, 10, "post", "force", "sd 5",
@@ -319,7 +319,7 @@ def test_xboard_draw_offers():
         _, before = move_after(engine, 10, "new", "st 1", "draw", "e2e4")
         expect_equal(before, [thinking, "telluser Brask rejects the draw offer and wants to play "
                                         "on."], "rejected offer")
-        expect_equal(move_after(engine, 10, "new", "computer", "draw", "e2e4")[1], [],
+        expect_equal(move_after(engine, 10, "new", "computer", "st 1", "draw", "e2e4")[1], [],
                      "the answers to a computer are silent")
         expect_equal(synchronize(engine, "force", "draw"), ["Error (command not legal now): draw"],
                      "offer in force mode")
