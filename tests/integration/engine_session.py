@@ -1,6 +1,6 @@
-"""Runs the engine as a whole program for the transcript tests, each run in a fresh temporary
-directory. Every wait has a deadline: an engine that does not answer fails its test, never hangs
-the suite."""
+"""Runs the engine as a whole program for the transcript tests (`python3 test_X.py BUILD_DIR`),
+each run in a fresh temporary directory. Every wait has a deadline: an engine that does not answer
+fails its test, never hangs the suite."""
 import os
 import re
 import subprocess
@@ -14,7 +14,6 @@ TIMEOUT_SECONDS = 20
 
 # The console prompt: a carriage return for the terminal, then side and move number.
 PROMPT = re.compile(r" \r(?:White|Black) \d+> ")
-EDIT_PROMPT = "edit mode> "
 # What a search writes on the console: iteration and thinking lines, candidates, statistics.
 THINKING = re.compile(r"\r?Depth: \d+\.(?: [^\n]*\n)?|\d+ knodes searched\n|!\? \S+ |"
                       r"(?:time: |hit ratio: |ETTC tries=)[^\n]*\n")
@@ -35,27 +34,28 @@ class Run:
 
     def answers(self):
         """Standard output without prompts, board diagrams and thinking output, as lines."""
-        text = PROMPT.sub("", self.stdout).replace(EDIT_PROMPT, "")
-        text = THINKING.sub("", text)
+        text = THINKING.sub("", PROMPT.sub("", self.stdout).replace("edit mode> ", ""))
         return [line for line in text.split("\n") if line and not BOARD_LINE.match(line)]
 
-    def prompts(self):
-        return [match.group(0)[2:] for match in PROMPT.finditer(self.stdout)]
 
 
 def tool_path(name="brask"):
     return os.path.join(os.path.abspath(sys.argv[1]), name)
 
 
-def engine_path():
-    return tool_path()
+def make_tables(directory, *endgames):
+    """Tablebase files of `endgames` made by brask-tbgen in `directory`/tb; the path."""
+    tables = os.path.join(directory, "tb")
+    subprocess.run([tool_path("brask-tbgen"), *endgames, "-o", tables], check=True,
+                   capture_output=True, timeout=300)
+    return tables
 
 
 def run(lines=(), arguments=(), files=None, input_bytes=None, timeout=TIMEOUT_SECONDS,
-        directory=None):
-    """Runs the engine on `lines` or raw `input_bytes`, with `files` (name: content) put into the
-    directory first; the files after the run, logs excepted, come back in `Run.files` (none when
-    a `directory` of the caller's is used)."""
+        directory=None, engine=None):
+    """Runs the engine (or a copy of it at `engine`) on `lines` or raw `input_bytes`, with `files`
+    (name: content) put into the directory first; the files after the run, logs excepted, come
+    back in `Run.files` (none when a `directory` of the caller's is used)."""
     if input_bytes is None:
         input_bytes = "".join(line + "\n" for line in lines).encode("utf-8", "surrogateescape")
     with tempfile.TemporaryDirectory(prefix="brask-") as scratch:
@@ -63,28 +63,47 @@ def run(lines=(), arguments=(), files=None, input_bytes=None, timeout=TIMEOUT_SE
         for name, content in (files or {}).items():
             with open(os.path.join(where, name), "w", encoding="utf-8") as file:
                 file.write(content)
-        completed = subprocess.run([engine_path(), *arguments], cwd=where, input=input_bytes,
-                                   capture_output=True, timeout=timeout)
+        completed = subprocess.run([engine or tool_path(), *arguments], cwd=where,
+                                   input=input_bytes, capture_output=True, timeout=timeout)
         return Run(completed, read_log(where), {} if directory else read_files(where))
+
+
+def expect_transcripts(rows, files=None):
+    """Each row (lines, answers, position): the lines, in a run of their own beside `files`, give
+    those answers and leave that position in FEN (None: not looked at)."""
+    for lines, answers, position in rows:
+        result = run([*lines, "write_fen out.fen"], files=files)
+        expect_equal(result.status, 0, f"exit status after {lines}")
+        expect_equal(result.answers(), answers, f"answers to {lines}")
+        if position is not None:
+            expect_equal(result.files.get("out.fen", "").strip(), position, f"after {lines}")
+
+
+def expect_answers(rows, prelude=()):
+    """Rows (line, its answer: a text, a list of them, or None), all in one run after `prelude`."""
+    result = run([*prelude, *(line for line, _ in rows)])
+    expect_equal(result.status, 0, "exit status")
+    expected = []
+    for _, answer in rows:
+        expected += [answer] if isinstance(answer, str) else answer or []
+    expect_equal(result.answers(), expected, "answers")
+    return result
+
+
+def read_text(path):
+    with open(path, encoding="utf-8", errors="replace") as file:
+        return file.read()
 
 
 def read_log(directory):
     logs = sorted(name for name in os.listdir(directory) if re.fullmatch(r"logfile\.\d+", name))
-    if not logs:
-        return ""
-    with open(os.path.join(directory, logs[-1]), encoding="utf-8", errors="replace") as file:
-        return file.read()
+    return read_text(os.path.join(directory, logs[-1])) if logs else ""
 
 
 def read_files(directory):
-    contents = {}
-    for name in os.listdir(directory):
-        path = os.path.join(directory, name)
-        if name.startswith("logfile.") or not os.path.isfile(path):
-            continue
-        with open(path, encoding="utf-8", errors="replace") as file:
-            contents[name] = file.read()
-    return contents
+    """The files in `directory`, logs excepted, by name."""
+    return {name: read_text(os.path.join(directory, name)) for name in os.listdir(directory)
+            if not name.startswith("logfile.") and os.path.isfile(os.path.join(directory, name))}
 
 
 class InteractiveSession:
@@ -92,9 +111,10 @@ class InteractiveSession:
     console's unended prompts, as one text with positions in it (`mark`, `output`, `poll_for`,
     `wait_for_text`). Use it in a `with` block; the log is in `log` afterwards."""
 
-    def __init__(self, arguments=(), timeout=TIMEOUT_SECONDS):
+    def __init__(self, arguments=(), timeout=TIMEOUT_SECONDS, engine=None):
         self.directory = tempfile.TemporaryDirectory(prefix="brask-")
-        self.process = subprocess.Popen([engine_path(), *arguments], cwd=self.directory.name,
+        self.process = subprocess.Popen([engine or tool_path(), *arguments],
+                                        cwd=self.directory.name,
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                                         stderr=subprocess.DEVNULL)
         self._text = ""
@@ -103,7 +123,6 @@ class InteractiveSession:
         self._changed = threading.Condition()
         self.received = []  # every line read so far, in order
         self.deadline = time.monotonic() + timeout
-        self.log = ""
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
 
@@ -127,50 +146,35 @@ class InteractiveSession:
         self.process.stdin.flush()
 
     def read_line(self, timeout):
-        """The next line of output, or None if none came within `timeout` seconds."""
+        """The next line of output (the last may lack its newline), or None after `timeout`."""
         end = min(time.monotonic() + timeout, self.deadline)
         with self._changed:
             while True:
                 newline = self._text.find("\n", self._line_start)
-                if newline >= 0:
-                    line = self._text[self._line_start:newline]
-                    self._line_start = newline + 1
+                if newline >= 0 or self._ended and self._line_start < len(self._text):
+                    newline = newline if newline >= 0 else len(self._text)
+                    line, self._line_start = self._text[self._line_start:newline], newline + 1
                     self.received.append(line)
                     return line
-                if self._ended and self._line_start < len(self._text):
-                    # The last line, cut short by the end of the output.
-                    line, self._line_start = self._text[self._line_start:], len(self._text)
-                    self.received.append(line)
-                    return line
-                left = end - time.monotonic()
-                if self._ended or left <= 0:
+                if self._ended or time.monotonic() >= end:
                     return None
-                self._changed.wait(left)
+                self._changed.wait(end - time.monotonic())
 
     def wait_for(self, pattern, timeout, what=None):
         """The match of the first line matching `pattern`, and the lines skipped; fails the test
         if none comes in time."""
-        pattern = re.compile(pattern)
-        skipped = []
-        end = time.monotonic() + timeout
-        while True:
-            line = self.read_line(end - time.monotonic())
-            if line is None:
-                raise AssertionError(f"{what or pattern.pattern}: nothing matching within "
-                                     f"{timeout} s; last lines read: {skipped[-8:]}")
-            match = pattern.search(line)
-            if match:
+        end, skipped = time.monotonic() + timeout, []
+        while (line := self.read_line(end - time.monotonic())) is not None:
+            if match := re.search(pattern, line):
                 return match, skipped
             skipped.append(line)
+        raise AssertionError(f"{what or pattern}: nothing matching within {timeout} s; last "
+                             f"lines read: {skipped[-8:]}")
 
     def quiet_for(self, seconds):
         """The lines written within `seconds`: what the engine says while left alone."""
-        lines = []
-        end = time.monotonic() + seconds
-        while time.monotonic() < end:
-            line = self.read_line(end - time.monotonic())
-            if line is None:
-                break
+        end, lines = time.monotonic() + seconds, []
+        while (line := self.read_line(end - time.monotonic())) is not None:
             lines.append(line)
         return lines
 
@@ -219,7 +223,6 @@ class InteractiveSession:
         self._reader.join(timeout=5)
         self.log = read_log(self.directory.name)
         self.directory.cleanup()
-        return self.log
 
 
 def log_only_reports(log):
@@ -238,21 +241,17 @@ def expect(condition, what):
         raise AssertionError(what)
 
 
-def run_tests(tests):
-    """Runs the test functions (a list, or a module's globals), reports each, and exits non-zero
-    if any failed."""
-    if isinstance(tests, dict):
-        tests = [value for name, value in tests.items() if name.startswith("test_")]
+def run_tests(module_globals):
+    """Runs the module's test functions, reports each, and exits non-zero if any failed."""
+    tests = [value for name, value in module_globals.items() if name.startswith("test_")]
     failures = 0
     for test in tests:
         try:
             test()
             print(f"ok   {test.__name__}")
-        except (AssertionError, subprocess.TimeoutExpired) as error:
+        except Exception as error:  # a broken test is reported like a failing one; the rest run
             failures += 1
-            print(f"FAIL {test.__name__}: {error}")
-        except Exception:  # a broken test is reported like a failing one, and the others run
-            failures += 1
-            print(f"FAIL {test.__name__}:\n{traceback.format_exc()}")
+            failed = isinstance(error, (AssertionError, subprocess.TimeoutExpired))
+            print(f"FAIL {test.__name__}: {error if failed else traceback.format_exc()}")
     print(f"{len(tests) - failures} passed, {failures} failed")
     sys.exit(1 if failures else 0)

@@ -1,4 +1,3 @@
-#!/usr/bin/env python3
 """Brask against Brask under the real xboard GUI, headless, two games so that each process plays
 both colours. Every game must end normally, with no illegal move, loss on time or dead engine.
 
@@ -14,6 +13,7 @@ import subprocess
 import sys
 import tempfile
 import time
+from pathlib import Path
 
 XBOARD = "/usr/games/xboard"
 NORMAL_ENDINGS = re.compile(r"mates|checkmate|stalemate|resigns|repetition|50|fifty|fifthy|"
@@ -28,16 +28,12 @@ ENGINE_FAULTS = re.compile(r"<(?:first|second)\s*: (?:Illegal move|Error)|"
 def read_until(process, marker, deadline):
     """xboard's output up to the line holding `marker`, or up to the deadline."""
     output = b""
-    while time.monotonic() < deadline:
+    while marker not in output and time.monotonic() < deadline:
         ready, _, _ = select.select([process.stdout], [], [], max(0, deadline - time.monotonic()))
-        if not ready:
-            break
-        chunk = os.read(process.stdout.fileno(), 4096)
+        chunk = os.read(process.stdout.fileno(), 4096) if ready else b""
         if not chunk:
             break
         output += chunk
-        if marker in output:
-            break
     return output.decode(errors="replace")
 
 
@@ -70,21 +66,16 @@ def play_match(build, directory, games, clock, increment):
 
 
 def read_text(path):
-    if not os.path.exists(path):
-        return ""
-    with open(path, encoding="utf-8", errors="replace") as file:
-        return file.read()
+    return Path(path).read_text(encoding="utf-8", errors="replace") if os.path.exists(path) else ""
 
 
 def game_endings(games_text):
     """(result, closing comment) of each game, from the movetext's last comment and result."""
     endings = []
-    for result in re.finditer(r'\[Result "([^"]*)"\]', games_text):
-        rest = games_text[result.end():]
-        following = rest.find("[Event ")
-        body = rest if following < 0 else rest[:following]
-        comments = re.findall(r"\{([^}]*)\}\s*(?:1-0|0-1|1/2-1/2|\*)\s*$", body.strip())
-        endings.append((result.group(1), comments[-1] if comments else ""))
+    for game in games_text.split("[Event ")[1:]:
+        result = re.search(r'\[Result "([^"]*)"\]', game)
+        comments = re.findall(r"\{([^}]*)\}\s*(?:1-0|0-1|1/2-1/2|\*)\s*$", game.strip())
+        endings.append((result[1] if result else "", comments[-1] if comments else ""))
     return endings
 
 
