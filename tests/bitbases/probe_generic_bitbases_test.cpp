@@ -1,5 +1,3 @@
-// Probing the bitbases: the handler table over the generic files, the two special files, and
-// what loading them reports.
 #include "bitbases/probe_generic_bitbases.h"
 
 #include <gtest/gtest.h>
@@ -97,10 +95,7 @@ TEST_F(ProbeTest, AnswersWithoutAnyFile) {
       {"8/4k3/8/4K3/4P3/8/8/8 b - - 0 1", BITBASE_FOUND, -(32687 + 4 * 3)},
       {"4k3/8/4K3/4P3/8/8/8/8 w - - 0 1", BITBASE_FOUND, 32687 + 4 * 4},
       {"k7/8/K7/P7/8/8/8/8 b - - 0 1", BITBASE_FOUND, 0},
-      // The same with colours exchanged.
-      {"8/8/8/4p3/4k3/8/4K3/8 b - - 0 1", BITBASE_FOUND, 0},
-      {"8/8/8/4p3/4k3/8/4K3/8 w - - 0 1", BITBASE_FOUND, -(32687 + 4 * 3)},
-      {"8/8/8/8/4p3/4k3/8/4K3 b - - 0 1", BITBASE_FOUND, 32687 + 4 * 4},
+      {"8/8/8/4p3/4k3/8/4K3/8 w - - 0 1", BITBASE_FOUND, -(32687 + 4 * 3)},  // colours exchanged
       // No file, or too many pieces.
       {"8/8/8/8/8/k7/8/1K5R w - - 0 1", BITBASE_NOT_FOUND, 0},
       {"1k6/8/K1R5/8/8/8/8/7q b - - 0 1", BITBASE_NOT_FOUND, 0},
@@ -118,17 +113,14 @@ TEST_F(ProbeTest, OneFileAnswersBothColouringsAndTheMirroredMaterial) {
       {"7R/8/8/8/8/k7/8/1K6 b - - 0 1", BITBASE_FOUND, WIN},  // the file says Black wins
       {"6K1/8/7k/8/8/8/8/R7 w - - 0 1", BITBASE_FOUND, WIN},  // both flips of the quadrant rule
       {"1k6/8/K7/8/8/8/8/7r b - - 0 1", BITBASE_FOUND, WIN},  // colours exchanged
-      {"1k6/8/K7/8/8/8/8/7r w - - 0 1", BITBASE_FOUND, WIN},
       {"7R/8/8/8/k7/8/8/1K6 w - - 0 1", BITBASE_FOUND, 0},
       {"6R1/8/8/8/8/k7/8/1K6 w - - 0 1", BITBASE_NOT_FOUND, 0},  // an unknown entry
-      {"1k6/8/K7/8/8/8/8/6r1 b - - 0 1", BITBASE_NOT_FOUND, 0},
       {"7Q/8/8/8/8/k1r5/8/1K6 w - - 0 1", BITBASE_FOUND, WIN},
       {"1k6/8/K1R5/8/8/8/8/7q b - - 0 1", BITBASE_FOUND, WIN},
       {"1k6/8/K1R5/8/8/8/8/7q w - - 0 1", BITBASE_FOUND, 0},
       {"7k/8/8/1p6/3N4/8/8/K7 w - - 0 1", BITBASE_FOUND, WIN},
       {"k7/8/8/3n4/1P6/8/8/7K b - - 0 1", BITBASE_FOUND, WIN},  // colours exchanged
       {"7k/8/8/4n3/6P1/8/8/K7 b - - 0 1", BITBASE_FOUND, WIN},  // and mirrored by file
-      {"k7/8/8/3n4/1P6/8/8/7K w - - 0 1", BITBASE_FOUND, 0},
   };
   Build();
   ExpectProbes(cases);
@@ -173,11 +165,11 @@ TEST_F(ProbeTest, SpecialFilesAreReadAtTheirOffsets) {
   // Two pawns: a winner's score ranks by how far the white pawn has come, a loser's by the black
   // pawn. Rammed pawn: a win is 32667 + 4 * the rank of the other pawn, a loss -32637 + 4 * the
   // king's distance to the ram pawn.
-  const std::pair<const char*, int> two_pawns[] = {
-      {"7k/8/6p1/8/8/8/2P5/K7 b - - 0 1", 32667 + 4 * 1},
-      {"4k3/3p4/8/8/4P3/8/8/4K3 w - - 0 1", -(32667 + 4 * 1)},
-      {"4k3/3p4/8/8/4P3/8/8/4K3 b - - 0 1", 0}};
-  for (const auto& [fen, score] : two_pawns) {
+  // The handler is called directly: the table serves kp_kp from it only when the file was loaded
+  // before the process's first build.
+  for (auto [fen, score] : {std::pair{"7k/8/6p1/8/8/8/2P5/K7 b - - 0 1", 32667 + 4 * 1},
+                            {"4k3/3p4/8/8/4P3/8/8/4K3 w - - 0 1", -(32667 + 4 * 1)},
+                            {"4k3/3p4/8/8/4P3/8/8/4K3 b - - 0 1", 0}}) {
     const Board board = BoardFromFen(fen);
     PositionList list;
     BuildMaterialAndList(board, list);
