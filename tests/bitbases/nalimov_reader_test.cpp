@@ -1,5 +1,3 @@
-// The Nalimov file reader: plain and compressed files, the Huffman codes inside the compressed
-// form, and what damaged or missing files give.
 #include "bitbases/nalimov_reader.h"
 
 #include <gtest/gtest.h>

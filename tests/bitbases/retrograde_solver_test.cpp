@@ -33,13 +33,6 @@ std::shared_ptr<const TableFiles> Table(const std::string& name) {
   return Shared().provider.Provide(name);
 }
 
-// Results ordered from the mover's view: quick wins first, slow losses before quick ones.
-int Goodness(std::int8_t entry) {
-  if (EntryByte::IsWin(entry)) return 1000 - EntryByte::Plies(entry);
-  if (EntryByte::IsLoss(entry)) return -1000 + EntryByte::Plies(entry);
-  return 0;
-}
-
 std::int8_t SeenFromBefore(std::int8_t after) {
   if (EntryByte::IsWin(after)) return EntryByte::Loss(EntryByte::Plies(after) + 1);
   if (EntryByte::IsLoss(after)) return EntryByte::Win(EntryByte::Plies(after) + 1);
@@ -68,7 +61,8 @@ std::int8_t Lookup(const Board& board, const TableSet& tables) {
 
 // The value of the position by one move of the engine's own move generator and the tables
 // behind it; a position with en-passant rights, which no table holds, is looked at one move
-// further. A table that agrees with this everywhere is right, given its mates.
+// further. A table that agrees with this everywhere is right, given its mates. The bytes order
+// the results from the mover's view: quick wins highest, being mated now lowest.
 std::int8_t OneMoveDeeper(Board& board, const TableSet& tables) {
   Move moves[MOVE_BUFFER_SIZE];
   Move* end = GenerateMoves(moves, board, GEN_ALL_MOVES | 127);
@@ -78,8 +72,7 @@ std::int8_t OneMoveDeeper(Board& board, const TableSet& tables) {
     board.MakeMove(*move);
     std::int8_t after = board.EnPassant() ? OneMoveDeeper(board, tables) : Lookup(board, tables);
     board.UndoMove(*move);
-    std::int8_t seen = SeenFromBefore(after);
-    if (Goodness(seen) > Goodness(best)) best = seen;
+    best = std::max(best, SeenFromBefore(after));
   }
   return best;
 }
