@@ -1,10 +1,7 @@
 // Generation and verification on small tablebases made by the retrograde solver.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <functional>
-#include <string>
 
 #include "bitbases/bitbase_test_support.h"
 #include "bitbases/generate_special_bitbases.h"
@@ -12,7 +9,6 @@
 #include "bitbases/table_provider.h"
 #include "bitbases/tablebases.h"
 #include "bitbases/verify_bitbases.h"
-#include "chess/board.h"
 #include "support/board_from_fen.h"
 #include "support/terminal_capture.h"
 
@@ -44,37 +40,36 @@ class RecordingHandler : public VerificationHandler {
   std::uint64_t verified = 0, invalid = 0, not_found = 0;
 };
 
-class GenerationTest : public BitbaseTest {
- protected:
-  static void SetUpTestSuite() {
-    tables_ = new TemporaryDirectory;
-    NalimovTablebases::TableProvider provider{tables_->Path().string(), {2, nullptr}};
+// Tablebases of three pieces, made once for the suite.
+struct Tablebases {
+  TemporaryDirectory directory;
+  Tablebases() {
+    NalimovTablebases::TableProvider provider{directory.Path().string(), {2, nullptr}};
     for (const char* name : {"kqk", "kpk", "knk", "krk"}) provider.Provide(name);
   }
-  static void TearDownTestSuite() {
-    delete tables_;
-    tables_ = nullptr;
-  }
+};
+
+void LoadTablebases(bool on) {
+  static Tablebases tablebases;
+  TemporaryDirectory empty;
+  FailureOf<BraskTablebases::TB_Exception>([&] {
+    BraskTablebases::InitTablebases((on ? tablebases.directory : empty).Path().string(), CACHE);
+  });
+}
+
+class GenerationTest : public BitbaseTest {
+ protected:
   void SetUp() override {
     BitbaseTest::SetUp();
-    BraskTablebases::InitTablebases(tables_->Path().string(), CACHE);
+    LoadTablebases(true);
   }
   void TearDown() override {
-    UnloadTablebases();
+    LoadTablebases(false);
     BitbaseTest::TearDown();
-  }
-  static void UnloadTablebases() {
-    TemporaryDirectory empty;
-    try {
-      BraskTablebases::InitTablebases(empty.Path().string(), CACHE);
-    } catch (const BraskTablebases::TB_Exception&) {
-    }
   }
 
   std::string Path(const std::string& name) const { return bitbases_.File(name + ".bgb"); }
-  void Generate(const std::string& name) const {
-    generator_.Generate(Material(name), Path(name));
-  }
+  void Generate(const std::string& name) const { generator_.Generate(Material(name), Path(name)); }
   void Load() const { BuildHandlerTable(EnumerateEndgamesUpTo(4), 0, bitbases_.Path().string()); }
   int Verify(const std::string& name, VerificationHandler& handler) const {
     return VerifyGenericBitbaseHelper(Material(name), handler, bitbases_.Path().string());
@@ -87,74 +82,50 @@ class GenerationTest : public BitbaseTest {
     return names;
   }
 
-  static TemporaryDirectory* tables_;
   TerminalCapture quiet_;  // the progress display
   TemporaryDirectory bitbases_;
   GenericBitbaseGenerator generator_;
 };
 
-TemporaryDirectory* GenerationTest::tables_ = nullptr;
-
-template <typename Exception>
-std::string FailureOf(const std::function<void()>& body) {
-  try {
-    body();
-  } catch (const Exception& error) {
-    return error.Text();
-  }
-  return "no failure";
-}
-
 }  // namespace
 
-TEST_F(GenerationTest, GeneratedBitbasesAgreeWithTheTablebasesInEveryPosition) {
-  for (const char* name : {"kq_k", "kp_k", "kn_k", "kr_k"}) Generate(name);
+// The progress of the first piece's walk reaches the terminal, never the log; a damaged bitbase is
+// reported with its position, in the log alone.
+TEST_F(GenerationTest, GeneratedBitbasesAgreeWithTheTablebasesAndDamageIsReported) {
+  LogRecorder log;
+  {
+    TerminalCapture capture;
+    Generate("kq_k");
+    const std::string terminal = capture.Text();
+    EXPECT_EQ(terminal.rfind("0%  \b\b\b\b", 0), 0u) << terminal;
+    EXPECT_NE(terminal.find("96% \b\b\b\b"), std::string::npos) << terminal;
+    EXPECT_EQ(terminal.find("100%"), std::string::npos);
+    EXPECT_LE(terminal.size(), 64u * 8u);  // one step per first square at most
+  }
+  EXPECT_EQ(log.Text().find_first_of("%\b"), std::string::npos);
+  for (const char* name : {"kp_k", "kn_k", "kr_k"}) Generate(name);
   EXPECT_EQ(Files(), (std::vector<std::string>{"kn_k.bgb", "kp_k.bgb", "kq_k.bgb", "kr_k.bgb"}));
   Load();
   // k_kp is read from kp_k.bgb with the colours swapped.
   for (const char* name : {"kq_k", "kp_k", "k_kp", "kn_k", "kr_k"}) {
-    SCOPED_TRACE(name);
     RecordingHandler handler;
-    EXPECT_EQ(Verify(name, handler), VERIFICATION_PASSED);
-    EXPECT_EQ(handler.started, name);
-    EXPECT_EQ(handler.finished, VERIFICATION_PASSED);
+    EXPECT_EQ(Verify(name, handler), VERIFICATION_PASSED) << name;
+    EXPECT_TRUE(handler.started == name && handler.finished == VERIFICATION_PASSED) << name;
     EXPECT_GT(handler.verified, 100000u);
     EXPECT_EQ(handler.invalid + handler.not_found, 0u);
   }
   const std::pair<const char*, int> probes[] = {
-      {"8/8/8/8/8/2k5/8/K6Q w - - 0 1", WIN},
       {"8/8/8/8/8/2k5/8/K6Q b - - 0 1", -WIN},
-      {"8/8/8/8/8/2K5/8/k6q b - - 0 1", WIN},       // mirrored
-      {"4k3/8/8/8/8/8/8/4K2R w K - 0 1", WIN},     // castling rights play no part
-      {"k7/8/8/8/8/8/2q5/K7 w - - 0 1", 0},        // stalemate
-      {"8/8/8/8/8/8/8/K1k5 w - - 0 1", 0},         // bare kings, no file needed
+      {"8/8/8/8/8/2K5/8/k6q b - - 0 1", WIN},    // colours exchanged
+      {"4k3/8/8/8/8/8/8/4K2R w K - 0 1", WIN},  // castling rights play no part
+      {"k7/8/8/8/8/8/2q5/K7 w - - 0 1", 0},     // stalemate
   };
   for (const auto& [fen, expected] : probes) {
     int score = 1;
     EXPECT_EQ(ProbeBitbases(BoardFromFen(fen), &score), BITBASE_FOUND) << fen;
     EXPECT_EQ(score, expected) << fen;
   }
-}
 
-TEST_F(GenerationTest, ProgressReachesTheTerminalButNotTheLog) {
-  LogRecorder log;
-  std::string terminal;
-  {
-    TerminalCapture capture;
-    Generate("kq_k");
-    terminal = capture.Text();
-  }
-  EXPECT_EQ(terminal.rfind("0%  \b\b\b\b", 0), 0u) << terminal;
-  EXPECT_NE(terminal.find("96% \b\b\b\b"), std::string::npos) << terminal;
-  EXPECT_EQ(terminal.find("100%"), std::string::npos);
-  EXPECT_LE(terminal.size(), 64u * 8u);  // one step per first square at most
-  EXPECT_EQ(log.Text().find('%'), std::string::npos);
-  EXPECT_EQ(log.Text().find('\b'), std::string::npos);
-}
-
-TEST_F(GenerationTest, DamagedBitbaseIsReportedWithItsPosition) {
-  Generate("kq_k");
-  Generate("kn_k");
   // An all-draw table under the name of a won ending: a well-formed file with wrong contents.
   std::filesystem::copy_file(Path("kn_k"), Path("kq_k"),
                              std::filesystem::copy_options::overwrite_existing);
@@ -164,8 +135,6 @@ TEST_F(GenerationTest, DamagedBitbaseIsReportedWithItsPosition) {
   EXPECT_EQ(going_on.finished, VERIFICATION_FAILED);
   EXPECT_GT(going_on.invalid, 100000u);
   EXPECT_GT(going_on.verified, 0u);  // the draws are right
-
-  LogRecorder log;
   SilentVerificationHandler silent;
   TerminalCapture capture;
   EXPECT_EQ(Verify("kq_k", silent), VERIFICATION_FAILED);
@@ -174,43 +143,48 @@ TEST_F(GenerationTest, DamagedBitbaseIsReportedWithItsPosition) {
   EXPECT_EQ(capture.Text().find("Verification failed"), std::string::npos);
 }
 
-TEST_F(GenerationTest, MissingBitbasesStopTheVerification) {
-  Generate("kq_k");
-  RecordingHandler no_file;
-  EXPECT_EQ(Verify("kr_k", no_file), VERIFICATION_STOPPED);
-  EXPECT_EQ(no_file.finished, VERIFICATION_STOPPED);
-  EXPECT_EQ(no_file.verified, 0u);
-  // The file exists but was not loaded: the first position is not found.
-  RecordingHandler not_loaded;
-  EXPECT_EQ(Verify("kq_k", not_loaded), VERIFICATION_STOPPED);
-  EXPECT_EQ(not_loaded.not_found, 1u);
-  EXPECT_EQ(not_loaded.finished, -1);  // told by the handler's own answer
-  PieceCounters six = Material("kqr_kq");
-  ++six[CounterIndex(BLACK, ROOK)];
-  RecordingHandler too_big;
-  EXPECT_EQ(FailureOf<VerificationFailed>([&] { VerifyGenericBitbaseHelper(six, too_big); }),
-            "Number of pieces exceeds the fixed limit (increasing the number requires a rebuild)");
-}
-
-TEST_F(GenerationTest, FailuresLeaveNoFileBehind) {
+TEST_F(GenerationTest, MissingFilesOrTablebasesStopWithTheirTextsAndLeaveNoFileBehind) {
   const std::string kp_kp = bitbases_.File(TWO_PAWNS_FILE_NAME);
   const std::string ram = bitbases_.File(RAMMED_PAWN_FILE_NAME);
+  PieceCounters six = Material("kqr_kq");
+  ++six[CounterIndex(WHITE, PAWN)];
+  RecordingHandler handler, single;
   const std::pair<std::function<void()>, std::string> loaded[] = {
       {[&] { Generate("kr_kn"); }, "Endgame 'kr_kn' not available"},
       {[&] { Generate("kq_kq"); }, "Endgame 'kq_kq' not available"},
       {[&] { GenerateTwoPawnsBitbases(kp_kp); }, "endgame king+pawn vs king+pawn not available"},
       {[&] { GenerateRammedPawnBitbases(ram); },
        "endgame king+pawn+pawn vs king+pawn not available"},
-      {[&] {
-         PieceCounters six = Material("kqr_kq");
-         ++six[CounterIndex(WHITE, PAWN)];
-         generator_.Generate(six, Path("kqrp_kq"));
-       },
+      {[&] { generator_.Generate(six, Path("kqrp_kq")); },
        "Endgame not supported. Increase the number of supported pieces "
        "(GENERIC_BITBASES_MAX_SUPPORTED_PIECES). Note that this requires a rebuild."},
   };
   for (const auto& [body, message] : loaded) EXPECT_EQ(FailureOf<GenerationFailed>(body), message);
-  UnloadTablebases();
+  const std::pair<std::function<void()>, std::string> verifications[] = {
+      {[&] { VerifyGenericBitbaseHelper(six, handler); },
+       "Number of pieces exceeds the fixed limit (increasing the number requires a rebuild)"},
+      {[&] { VerifyTwoPawnsBitbases(handler); }, "endgame king+pawn vs king+pawn not available"},
+      {[&] { VerifyRammedPawnBitbases(handler); },
+       "endgame king+pawn+pawn vs king+pawn not available"},
+  };
+  for (const auto& [body, message] : verifications)
+    EXPECT_EQ(FailureOf<VerificationFailed>(body), message);
+  Load();
+  EXPECT_EQ(VerifySinglePawnBitbases(single), VERIFICATION_PASSED);
+  EXPECT_EQ(single.verified, SINGLE_PAWN_POSITIONS);
+  EXPECT_EQ(single.started, "single_pawn");
+
+  // No file: stopped at once. A file that was not loaded: stopped at the first position, by the
+  // handler's own answer.
+  Generate("kq_k");
+  RecordingHandler no_file, not_loaded;
+  EXPECT_EQ(Verify("kr_k", no_file), VERIFICATION_STOPPED);
+  EXPECT_TRUE(no_file.finished == VERIFICATION_STOPPED && no_file.verified == 0);
+  EXPECT_EQ(Verify("kq_k", not_loaded), VERIFICATION_STOPPED);
+  EXPECT_TRUE(not_loaded.not_found == 1 && not_loaded.finished == -1);
+  std::filesystem::remove(Path("kq_k"));
+
+  LoadTablebases(false);
   const std::pair<std::function<void()>, std::string> unloaded[] = {
       {[&] { Generate("kq_k"); }, "Tablebases are disabled"},
       {[&] { GenerateTwoPawnsBitbases(kp_kp); }, "tablebases not loaded"},
@@ -218,21 +192,7 @@ TEST_F(GenerationTest, FailuresLeaveNoFileBehind) {
   };
   for (const auto& [body, message] : unloaded)
     EXPECT_EQ(FailureOf<GenerationFailed>(body), message);
-  EXPECT_TRUE(Files().empty());
-}
-
-TEST_F(GenerationTest, SpecialVerificationsNeedTheirTablebases) {
-  Load();
-  RecordingHandler single;
-  EXPECT_EQ(VerifySinglePawnBitbases(single), VERIFICATION_PASSED);
-  EXPECT_EQ(single.verified, SINGLE_PAWN_POSITIONS);
-  EXPECT_EQ(single.started, "single_pawn");
-  RecordingHandler handler;
-  EXPECT_EQ(FailureOf<VerificationFailed>([&] { VerifyTwoPawnsBitbases(handler); }),
-            "endgame king+pawn vs king+pawn not available");
-  EXPECT_EQ(FailureOf<VerificationFailed>([&] { VerifyRammedPawnBitbases(handler); }),
-            "endgame king+pawn+pawn vs king+pawn not available");
-  UnloadTablebases();
   EXPECT_EQ(FailureOf<VerificationFailed>([&] { VerifySinglePawnBitbases(handler); }),
             "tablebases not loaded");
+  EXPECT_TRUE(Files().empty());
 }

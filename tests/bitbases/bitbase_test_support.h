@@ -1,10 +1,10 @@
 // What the bitbase tests share: a log file that records what loading reports, files of given
-// bytes, and a clean slate of loaded bitbases around each test.
+// bytes, exception texts, and a clean slate of loaded bitbases around each test.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -24,8 +24,7 @@ class LogRecorder {
 
   std::string Text() const {
     Output.Flush();
-    std::ifstream in(path_, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    return ReadWholeFile(path_);
   }
 
  private:
@@ -33,11 +32,20 @@ class LogRecorder {
   std::string path_;
 };
 
-inline int MappingsOf(const std::string& path) {
-  std::ifstream maps("/proc/self/maps");
-  int count = 0;
-  for (std::string line; std::getline(maps, line);) count += line.find(path) != std::string::npos;
-  return count;
+inline std::vector<std::uint8_t> ReadBytes(const std::string& path) {
+  const std::string text = ReadWholeFile(path);
+  return {text.begin(), text.end()};
+}
+
+// The text of the Exception that the body throws, or "no failure".
+template <typename Exception, typename Body>
+std::string FailureOf(const Body& body) {
+  try {
+    body();
+  } catch (const Exception& error) {
+    return error.what();
+  }
+  return "no failure";
 }
 
 // Other suites in this binary expect no bitbase to be loaded.

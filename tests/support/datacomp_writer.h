@@ -22,11 +22,4 @@ struct DatacompOptions {
 std::vector<std::uint8_t> CompressTablebase(const std::vector<std::uint8_t>& plain,
                                             const DatacompOptions& options = {});
 
-// Where the header puts its parts, for tests that break them on purpose.
-struct DatacompLayout {
-  std::uint32_t header_size;
-  std::uint32_t blocks;
-};
-DatacompLayout ReadLayout(const std::vector<std::uint8_t>& file);
-
 void WriteBytes(const std::string& path, const std::vector<std::uint8_t>& bytes);
