@@ -5,6 +5,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "chess/move_generator.h"
@@ -54,18 +55,10 @@ const std::vector<std::string> VALID_FENS = {
     "3nk3/4P3/8/8/8/8/8/4K3 w - - 0 1",
 };
 
-struct Snapshot {
-  explicit Snapshot(const UserBoard& game)
-      : fen(game.GetFEN()),
-        moves(game.moves),
-        next_moves(game.next_moves),
-        key(game.current.Key()) {}
-  bool operator==(const Snapshot&) const = default;
-  std::string fen;
-  std::vector<Move> moves;
-  std::vector<Move> next_moves;
-  std::uint64_t key;
-};
+// What a refused text must leave as it was.
+auto Snapshot(const UserBoard& game) {
+  return std::tuple(game.GetFEN(), game.moves, game.next_moves, game.current.Key());
+}
 
 UserBoard GameInProgress() {
   UserBoard game;
@@ -75,7 +68,7 @@ UserBoard GameInProgress() {
 }
 
 void TryFen(UserBoard& game, const std::string& text) {
-  const Snapshot before(game);
+  const auto before = Snapshot(game);
   try {
     game.SetFEN(text);
   } catch (const UserBoard::user_exception&) {
@@ -115,7 +108,7 @@ std::string SomePgn(TextSource& source) {
 }
 
 void TryPgn(UserBoard& game, const std::string& text) {
-  const Snapshot before(game);
+  const auto before = Snapshot(game);
   PGNInfo info;
   std::istringstream in(text);
   try {

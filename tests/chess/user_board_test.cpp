@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "chess/edit_board.h"
@@ -14,36 +16,42 @@ void Play(UserBoard& game, const std::vector<std::string>& moves) {
   for (const std::string& move : moves) game.MakeMove(move);
 }
 
+UserBoard Game(const std::string& fen) {
+  UserBoard game;
+  game.SetFEN(fen);
+  return game;
+}
+
 Move Word(const UserBoard& game, const std::string& text) {
   Move move = INVALID;
   EXPECT_EQ(game.ParseMove(text, move), PARSE_OK) << text;
   return move;
 }
 
-TEST(UserBoard, UndoPutsTheMoveAsideAndNextPlaysTheSameWord) {
+// Undo puts the move aside, Next plays the same word again, a different move drops what was put
+// aside; Remove takes back two plies; empty records refuse to go back or forward.
+TEST(UserBoard, UndoNextRemoveAndTheMovesPutAside) {
   UserBoard game;
+  EXPECT_THROW(game.Undo(), UserBoard::no_moves_to_undo);
+  EXPECT_THROW(game.Next(), UserBoard::next_moves_empty);
   const Move e4 = Word(game, "e4");
   game.MakeMove(e4);
+  EXPECT_THROW(game.Remove(), UserBoard::no_moves_to_undo);
   game.Undo();
   EXPECT_EQ(game.GetFEN(), INITIAL_FEN);
   EXPECT_EQ(game.current.Key(), game.start.Key());
   ASSERT_EQ(game.next_moves, std::vector<Move>{e4});
-  EXPECT_TRUE(game.moves.empty());
-  EXPECT_TRUE(game.keys.empty());
+  EXPECT_TRUE(game.moves.empty() && game.keys.empty());
   game.Next();
   EXPECT_EQ(game.moves, std::vector<Move>{e4});
   EXPECT_TRUE(game.next_moves.empty());
-  EXPECT_THROW(game.Next(), UserBoard::next_moves_empty);
-}
-
-TEST(UserBoard, ADifferentMoveDropsTheMovesPutAside) {
-  UserBoard game;
-  Play(game, {"e4", "e5"});
-  game.Undo();
-  game.MakeMove("c5");
-  EXPECT_TRUE(game.next_moves.empty());
-  game.Undo();
+  Play(game, {"e5"});
+  game.Remove();
+  EXPECT_EQ(game.GetFEN(), INITIAL_FEN);
+  EXPECT_EQ(game.next_moves.size(), 2u);
   game.MakeMove(game.next_moves.back());  // the same word goes without a legality test
+  EXPECT_EQ(game.next_moves.size(), 1u);
+  game.MakeMove("c5");
   EXPECT_TRUE(game.next_moves.empty());
 }
 
@@ -51,38 +59,18 @@ TEST(UserBoard, RewindThenNextAllComesBackToTheSameEndAndUndoReopensIt) {
   UserBoard game;
   Play(game, {"f3", "e5", "g4", "Qh4"});
   const std::string fen = game.GetFEN();
-  const std::uint64_t key = game.current.Key();
   game.Rewind();
   EXPECT_EQ(game.GetFEN(), INITIAL_FEN);
   EXPECT_EQ(game.current.result, RESULT_RUNNING);
-  EXPECT_EQ(game.next_moves.size(), 4u);
   EXPECT_EQ(game.next_moves.back(), Word(game, "f3"));
   game.NextAll();
   EXPECT_EQ(game.GetFEN(), fen);
-  EXPECT_EQ(game.current.Key(), key);
   EXPECT_EQ(game.current.result, RESULT_BLACK_WINS);
-  EXPECT_EQ(game.current.reason, REASON_CHECKMATE);
   EXPECT_EQ(game.keys.size(), 4u);
-  // Undoing the mate reopens the game.
   game.Undo();
   EXPECT_EQ(game.current.result, RESULT_RUNNING);
   EXPECT_EQ(game.current.reason, REASON_NONE);
   EXPECT_TRUE(game.IsLegal(Word(game, "Qg5")));
-}
-
-TEST(UserBoard, EmptyRecordsRefuseToGoBack) {
-  UserBoard game;
-  EXPECT_THROW(game.Undo(), UserBoard::no_moves_to_undo);
-  EXPECT_THROW(game.Remove(), UserBoard::no_moves_to_undo);
-  EXPECT_THROW(game.Next(), UserBoard::next_moves_empty);
-  game.Rewind();
-  game.MakeMove("e4");
-  EXPECT_THROW(game.Remove(), UserBoard::no_moves_to_undo);
-  EXPECT_EQ(game.moves.size(), 1u);
-  game.MakeMove("e5");
-  game.Remove();
-  EXPECT_EQ(game.GetFEN(), INITIAL_FEN);
-  EXPECT_EQ(game.next_moves.size(), 2u);
 }
 
 TEST(UserBoard, IllegalMovesChangeNothing) {
@@ -136,6 +124,131 @@ TEST(UserBoard, PositionsFromBoardsAndEditBoards) {
   UserBoard other;
   other.SetPosition(game.current);
   EXPECT_EQ(other.GetFEN(), game.GetFEN());
+}
+
+// The result and reason after the moves from the position.
+TEST(GameEnd, MateStalemateFiftyMovesMaterialAndRepetition) {
+  const std::vector<std::string> round = {"Nf3", "Nf6", "Ng1", "Ng8"};
+  const struct {
+    std::string fen;
+    std::vector<std::string> moves;
+    std::uint32_t result, reason;
+  } cases[] = {
+      {INITIAL_FEN, {"f3", "e5", "g4"}, RESULT_RUNNING, REASON_NONE},
+      {INITIAL_FEN, {"f3", "e5", "g4", "Qh4"}, RESULT_BLACK_WINS, REASON_CHECKMATE},
+      {"rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3", {}, RESULT_BLACK_WINS,
+       REASON_CHECKMATE},
+      {"7k/4Q3/6K1/8/8/8/8/8 w - - 0 1", {"Qf7"}, RESULT_DRAW, REASON_STALEMATE},
+      {"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", {}, RESULT_DRAW, REASON_STALEMATE},
+      // Fifty moves, but mate on the hundredth ply stands.
+      {"7k/8/6K1/8/8/8/8/R7 w - - 99 80", {"Rb1"}, RESULT_DRAW, REASON_FIFTY_MOVES},
+      {"7k/8/6K1/8/8/8/8/R7 w - - 99 80", {"Ra8"}, RESULT_WHITE_WINS, REASON_CHECKMATE},
+      {"7k/8/6K1/8/8/8/8/R7 w - - 100 80", {}, RESULT_DRAW, REASON_FIFTY_MOVES},
+      {"7k/8/6K1/8/8/8/8/R7 w - - 98 80", {}, RESULT_RUNNING, REASON_NONE},
+      // One minor piece each at most cannot mate; two knights, two bishops, a pawn or a rook can.
+      {"4k3/8/8/8/8/8/8/2B1K3 w - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
+      {"4k3/8/8/8/8/8/8/4K3 b - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
+      {"4kn2/8/8/8/8/8/8/2B1K3 w - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
+      {"4kb2/8/8/8/8/8/8/2B1K3 w - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
+      {"4k3/8/8/8/8/8/3r4/2B1K3 w - - 0 1", {"Kxd2"}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
+      {"4k3/8/8/8/8/8/8/1NN1K3 w - - 0 1", {}, RESULT_RUNNING, REASON_NONE},
+      {"4k3/8/8/8/8/8/8/2BBK3 w - - 0 1", {}, RESULT_RUNNING, REASON_NONE},
+      {"4k3/8/8/8/8/8/7P/4K3 w - - 0 1", {}, RESULT_RUNNING, REASON_NONE},
+      {"4k3/8/8/8/8/8/8/R3K3 w - - 0 1", {}, RESULT_RUNNING, REASON_NONE},
+      // The start position has stood three times, but it is not among the keys: only twice.
+      {INITIAL_FEN, {"Nf3", "Nf6", "Ng1", "Ng8", "Nf3", "Nf6", "Ng1", "Ng8"}, RESULT_RUNNING,
+       REASON_NONE},
+      {INITIAL_FEN, {"Nf3", "Nf6", "Ng1", "Ng8", "Nf3", "Nf6", "Ng1", "Ng8", "Nf3"}, RESULT_DRAW,
+       REASON_REPETITION},
+  };
+  for (const auto& c : cases) {
+    UserBoard game = Game(c.fen);
+    Play(game, c.moves);
+    EXPECT_EQ(game.current.result, c.result) << c.fen << " " << c.moves.size();
+    EXPECT_EQ(game.current.reason, c.reason) << c.fen << " " << c.moves.size();
+    if (c.moves.empty()) {
+      EXPECT_EQ(game.start.result, c.result) << c.fen;
+    }
+    if (c.result == RESULT_RUNNING) continue;
+    for (Move word = 1; word < (1u << 15); ++word) ASSERT_FALSE(game.IsLegal(word)) << c.fen;
+  }
+}
+
+TEST(GameEndTexts, ResultAndReason) {
+  const char* results[] = {"*", "1-0", "0-1", "1/2-1/2", "*", "*"};
+  for (std::uint32_t result : {RESULT_RUNNING, RESULT_WHITE_WINS, RESULT_BLACK_WINS, RESULT_DRAW,
+                               RESULT_UNKNOWN, 77u})
+    EXPECT_EQ(UserBoard::ResultText(result), results[std::min(result, 5u)]) << result;
+
+  for (const auto& [result, reason, text] :
+       {std::tuple{RESULT_WHITE_WINS, REASON_CHECKMATE, "White mates"},
+        {RESULT_BLACK_WINS, REASON_CHECKMATE, "Black mates"},
+        {RESULT_DRAW, REASON_CHECKMATE, "Black mates"},
+        {RESULT_WHITE_WINS, REASON_RESIGNATION, "Black resigns"},
+        {RESULT_BLACK_WINS, REASON_RESIGNATION, "White resigns"},
+        {RESULT_UNKNOWN, REASON_RESIGNATION, "White resigns"}})
+    EXPECT_EQ(UserBoard::ReasonText(result, reason), text) << result << ' ' << reason;
+  const char* fixed[] = {"Lost on time",     "Stalemate",        "Insufficient material",
+                         "Threefold repetition", "Mutual agreement", "Fifthy move rule",
+                         "aborted",          "unknown reason",   "unknown reason"};
+  for (std::uint32_t reason = REASON_ON_TIME; reason <= REASON_NONE + 1; ++reason)
+    for (std::uint32_t result = 0; result <= 4; ++result)
+      EXPECT_EQ(UserBoard::ReasonText(result, reason), fixed[reason - REASON_ON_TIME]);
+}
+
+TEST(EditBoard, CastlingRightsFollowKingsAndRooks) {
+  EditBoard edit(Game(INITIAL_FEN).current);
+  EXPECT_EQ(edit.state, EditBoard::BUILT);
+  edit.SetPiece(A1, NO_PIECE);
+  EXPECT_EQ(edit.state, EditBoard::CHANGED);
+  EXPECT_EQ(edit.GetCastling(), WHITE_SHORT | BLACK_SHORT | BLACK_LONG);
+  ASSERT_TRUE(edit.IsValid());
+  EXPECT_EQ(edit.GetBoard().Castling(), WHITE_SHORT | BLACK_SHORT | BLACK_LONG);
+  // A black rook on a white corner gives no white right.
+  edit.color_is_black = 1;
+  edit.SetPiece(A1, ROOK);
+  edit.SetPiece(E8, NO_PIECE);
+  edit.SetPiece(D8, KING);
+  EXPECT_EQ(edit.GetCastling(), WHITE_SHORT);
+  edit.Reset(BLACK);
+  EXPECT_EQ(edit.side, static_cast<std::uint32_t>(BLACK));
+  EXPECT_EQ(edit.color_is_black, 0u);
+  EXPECT_EQ(edit.state, EditBoard::INVALID_POSITION);
+}
+
+TEST(EditBoard, StatesOnlyBuildWhenChanged) {
+  EditBoard edit;
+  EXPECT_FALSE(edit.IsValid());
+  EXPECT_EQ(edit.state, EditBoard::INVALID_POSITION);
+  EXPECT_THROW(edit.GetBoard(), EditBoard::invalid_position);
+  edit.SetupKingsOnly();
+  EXPECT_EQ(edit.state, EditBoard::CHANGED);
+  EXPECT_TRUE(edit.IsValid());
+  EXPECT_EQ(edit.state, EditBoard::BUILT);
+  edit.board.side_on_move = BLACK;  // a second test must not build again
+  EXPECT_TRUE(edit.IsValid());
+  EXPECT_EQ(edit.board.side_on_move, BLACK);
+  // No change, and input out of range, leave the built board.
+  for (const auto& [square, piece] : {std::pair<int, int>{E1, KING}, {64, QUEEN}, {-1, QUEEN}, {A3, 7}})
+    edit.SetPiece(square, piece);
+  EXPECT_EQ(edit.state, EditBoard::BUILT);
+  edit.SetSide(BLACK);
+  EXPECT_EQ(edit.state, EditBoard::CHANGED);
+  EXPECT_EQ(edit.GetBoard().side_on_move, static_cast<std::uint32_t>(BLACK));
+  edit.Clear();
+  EXPECT_EQ(edit.state, EditBoard::INVALID_POSITION);
+  EXPECT_EQ(edit.castling, EditBoard::CASTLING_UNKNOWN);
+}
+
+TEST(EditBoard, AnImpossiblePositionFailsButIsStillShown) {
+  EditBoard edit;
+  edit.SetupKingsOnly();
+  edit.SetPiece(C8, PAWN);
+  EXPECT_THROW(edit.GetBoard(), EditBoard::invalid_position);
+  testing::internal::CaptureStdout();
+  edit.Display(false);
+  const std::string shown = testing::internal::GetCapturedStdout();
+  EXPECT_NE(shown.find("8 |   |   | *P|   | K |"), std::string::npos) << shown;
 }
 
 }  // namespace

@@ -1,0 +1,288 @@
+// The UCI side of the engine: "go" parameters and the search they ask for, the texts of "info"
+// lines, "position" and "setoption".
+#include "shell/uci_go.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+
+#include "chess/basic.h"
+#include "chess/user_board.h"
+#include "search/optimize_interface.h"
+#include "search/search_settings.h"
+#include "shell/error_command.h"
+#include "shell/game_state.h"
+#include "shell/tee_stream.h"
+#include "shell/uci_info.h"
+#include "shell/uci_options.h"
+#include "shell/uci_position.h"
+#include "shell/uci_protocol.h"
+
+namespace BraskInterfaces {
+namespace {
+
+std::vector<std::string> Words(const std::string& text) {
+  std::istringstream stream(text);
+  std::vector<std::string> words;
+  for (std::string word; stream >> word;) words.push_back(word);
+  return words;
+}
+
+UciGoParameters Parse(const std::string& text) {
+  return ParseGoParameters(Words(text), "go " + text);
+}
+
+TEST(UciGoParsing, ReadsEveryParameter) {
+  const UciGoParameters go = Parse(
+      "wtime 61000 btime -250 winc 1000 binc 0 movestogo 12 movetime 500 depth 9 nodes "
+      "5000000000 mate 3 infinite ponder searchmoves e2e4 g1f3");
+  EXPECT_EQ(go.time_ms[WHITE], 61000);
+  EXPECT_EQ(go.time_ms[BLACK], -250);  // a flagged clock that the front end lets run on
+  EXPECT_EQ(go.increment_ms[WHITE], 1000);
+  EXPECT_EQ(go.increment_ms[BLACK], 0);
+  EXPECT_EQ(go.moves_to_go, 12);
+  EXPECT_EQ(go.move_time_ms, 500);
+  EXPECT_EQ(go.depth, 9);
+  EXPECT_EQ(go.nodes, 5000000000u);
+  EXPECT_EQ(go.mate, 3);
+  EXPECT_TRUE(go.infinite);
+  EXPECT_TRUE(go.ponder);
+  EXPECT_EQ(go.search_moves, (std::vector<std::string>{"e2e4", "g1f3"}));
+}
+
+TEST(UciGoParsing, SearchMovesEndAtTheNextParameterAndNothingMeansNoClock) {
+  const UciGoParameters go = Parse("searchmoves a2a3 b2b4 depth 4");
+  EXPECT_EQ(go.search_moves, (std::vector<std::string>{"a2a3", "b2b4"}));
+  EXPECT_EQ(go.depth, 4);
+  EXPECT_EQ(go.time_ms[WHITE], UciGoParameters::NO_CLOCK);
+  EXPECT_EQ(go.time_ms[BLACK], UciGoParameters::NO_CLOCK);
+  EXPECT_FALSE(go.infinite || go.ponder);
+}
+
+// Without a clock or a move time there is no time limit (-1: not checked here).
+TEST(UciSearchRequest, KindDepthAndTimeLimitFollowTheParameters) {
+  constexpr int HARD = 1000 - UCI_MOVE_OVERHEAD_MS;
+  const struct {
+    const char* text;
+    SearchType type;
+    int depth, max_time_limit, variable_time_limit;
+  } cases[] = {
+      {"wtime 1000 btime 1000", SearchType::normal, 0, -1, -1},
+      {"ponder wtime 1000 btime 1000", SearchType::pondering, 0, -1, -1},
+      {"infinite wtime 1000 btime 1000", SearchType::analyze, 0, 0, 0},
+      {"depth 7", SearchType::normal, 7, 0, 0},
+      {"mate 3", SearchType::normal, 6, 0, 0},
+      {"mate 3 depth 4", SearchType::normal, 4, 0, 0},
+      {"nodes 1000", SearchType::normal, 0, 0, 0},
+      {"btime 500", SearchType::normal, 0, 0, 0},
+      {"movetime 1000 wtime 5 btime 5", SearchType::normal, 0, HARD, 0},
+      {"movetime 1", SearchType::normal, 0, UCI_MIN_THINKING_TIME_MS, 0},
+  };
+  for (const auto& c : cases) {
+    const SearchRequest request = UciSearchRequest(Parse(c.text), WHITE);
+    EXPECT_EQ(request.type, c.type) << c.text;
+    EXPECT_EQ(request.max_depth, c.depth) << c.text;
+    if (c.max_time_limit < 0) continue;
+    EXPECT_EQ(request.max_time_limit, c.max_time_limit) << c.text;
+    EXPECT_EQ(request.variable_time_limit, c.variable_time_limit) << c.text;
+  }
+}
+
+TEST(UciSearchRequest, TheSideOnMoveUsesItsOwnClockAndIncrement) {
+  const UciGoParameters go = Parse("wtime 60000 btime 1000 winc 0 binc 0");
+  EXPECT_GT(UciSearchRequest(go, WHITE).variable_time_limit,
+            10 * UciSearchRequest(go, BLACK).variable_time_limit);
+  const UciGoParameters with_increment = Parse("wtime 10000 btime 10000 winc 0 binc 2000");
+  EXPECT_GT(UciSearchRequest(with_increment, BLACK).variable_time_limit,
+            UciSearchRequest(with_increment, WHITE).variable_time_limit + 1000);
+}
+
+TEST(UciSearchRequest, LimitsStayInsideTheClock) {
+  const struct {
+    std::int64_t clock, increment;
+    int moves_to_go;
+  } cases[] = {{1000, 10, 0}, {100, 0, 0},  {10000, 100, 0}, {300000, 0, 40},     {5000, 0, 1},
+               {60, 1000, 0}, {-300, 0, 0}, {0, 0, 0},       {3600000, 30000, 0}, {2000, 0, 2}};
+  for (const auto& c : cases) {
+    UciGoParameters go;
+    go.time_ms[WHITE] = c.clock;
+    go.increment_ms[WHITE] = c.increment;
+    go.moves_to_go = c.moves_to_go;
+    const SearchRequest request = UciSearchRequest(go, WHITE);
+    SCOPED_TRACE(std::to_string(c.clock) + "+" + std::to_string(c.increment));
+    EXPECT_GE(request.variable_time_limit, UCI_MIN_THINKING_TIME_MS);
+    EXPECT_LE(request.variable_time_limit, request.max_time_limit);
+    // The hard limit leaves the overhead and a twentieth of the clock, unless the clock is too
+    // low for anything but the minimum.
+    EXPECT_TRUE(request.max_time_limit <= c.clock - c.clock / 20 - UCI_MOVE_OVERHEAD_MS ||
+                request.max_time_limit == UCI_MIN_THINKING_TIME_MS);
+  }
+}
+
+// A game at 1 s + 0.01 s a move: even a search that runs into the hard limit at every move, with
+// a front end that takes a few milliseconds more each time, keeps the clock above zero for
+// longer than games last.
+TEST(UciSearchRequest, OneSecondPlusTenMillisecondsNeverFlags) {
+  constexpr int LATENCY_MS = 5;
+  for (const bool always_hard : {false, true}) {
+    std::int64_t clock = 1000;
+    for (int move = 1; move <= 150; ++move) {
+      UciGoParameters go;
+      go.time_ms[WHITE] = clock;
+      go.increment_ms[WHITE] = 10;
+      const SearchRequest request = UciSearchRequest(go, WHITE);
+      const int used = always_hard ? request.max_time_limit : request.variable_time_limit;
+      clock += 10 - used - LATENCY_MS;
+      ASSERT_GT(clock, 0) << "move " << move << (always_hard ? " at the hard limit" : "");
+    }
+  }
+}
+
+TEST(UciScoreText, CentipawnsAndMatesInMovesFromTheEnginesView) {
+  const struct {
+    std::int32_t score;
+    const char* text;
+  } cases[] = {
+      {0, "cp 0"},           {-45, "cp -45"},          {31767, "cp 31767"},
+      {-31767, "cp -31767"}, {MATE - 1, "mate 1"},     {MATE - 3, "mate 2"},
+      {MATE - 4, "mate 2"},  {-(MATE - 2), "mate -1"}, {-(MATE - 4), "mate -2"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(UciScoreText(c.score), c.text) << c.score;
+}
+
+UserBoard Game(const std::string& fen) {
+  UserBoard game;
+  game.SetFEN(fen);
+  return game;
+}
+
+Move Parsed(const UserBoard& game, const char* text) {
+  Move move = INVALID;
+  EXPECT_EQ(game.ParseMove(text, move), PARSE_OK) << text;
+  return move;
+}
+
+TEST(UciMoveText, LowerCaseCoordinatesForEveryKindOfMove) {
+  const struct {
+    const char* fen;
+    const char* move;
+    const char* text;
+  } cases[] = {
+      {"4k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a8=N", "a7a8n"},
+      {"4k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a8=Q", "a7a8q"},
+      {"4k3/8/8/8/8/8/p7/4K3 b - - 0 1", "a1=R", "a2a1r"},
+      {"4k3/8/8/8/8/8/p7/4K3 b - - 0 1", "a1=Q", "a2a1q"},
+      {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", "O-O", "e1g1"},
+      {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "O-O-O", "e8c8"},
+      {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", "exd6", "e5d6"},
+  };
+  for (const auto& c : cases) {
+    const UserBoard game = Game(c.fen);
+    EXPECT_EQ(UciMoveText(game.current, Parsed(game, c.move)), c.text) << c.fen;
+  }
+}
+
+TEST(UciLineText, StopsAtTheFirstMoveThatIsNotLegalWhereItStands) {
+  UserBoard game;
+  const Move e4 = Parsed(game, "e2e4");
+  UserBoard after = game;
+  after.MakeMove(e4);
+  const Move e5 = Parsed(after, "e7e5");
+  EXPECT_EQ(UciLineText(game, {e4, e5}), (std::vector<std::string>{"e2e4", "e7e5"}));
+  EXPECT_EQ(UciLineText(game, {e4, e4, e5}), (std::vector<std::string>{"e2e4"}));
+  EXPECT_TRUE(UciLineText(game, {e5}).empty());
+}
+
+TEST(ParseUciPosition, BuildsTheWholePosition) {
+  const struct {
+    const char* line;
+    const char* fen;
+  } cases[] = {
+      {"position startpos", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
+      {"position startpos moves e2e4 c7c5 g1f3",
+       "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2"},
+      {"position fen 4k3/P7/8/8/8/8/8/4K3 w - - 0 1 moves a7a8q e8d7",
+       "Q7/3k4/8/8/8/8/8/4K3 w - - 1 2"},
+      {"position fen r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1 moves e1g1 e8c8",
+       "2kr3r/8/8/8/8/8/8/R4RK1 w - - 2 2"},
+      // A third repetition and the game goes on: the front end decides draws by rule.
+      {"position startpos moves g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 e2e4",
+       "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 5"},
+  };
+  for (const auto& c : cases) {
+    const UserBoard game = ParseUciPosition(Words(c.line), c.line);
+    EXPECT_EQ(game.GetFEN(), c.fen) << c.line;
+    EXPECT_FALSE(game.current.IsOver()) << c.line;
+  }
+}
+
+class SetUciOptionTest : public ::testing::Test {
+ protected:
+  SetUciOptionTest() : game(std::make_unique<UciProtocol>()) {}
+  ~SetUciOptionTest() override { saved.Apply(); }
+
+  UciProtocol& Protocol() { return static_cast<UciProtocol&>(game.Protocol()); }
+  void Set(const std::string& name, const std::string& value) {
+    SetUciOption(game, Protocol(), name, value, "setoption name " + name + " value " + value);
+  }
+
+  OptimizeInterface::Settings saved;  // the globals as they were, restored at the end
+  GameState game;
+};
+
+TEST_F(SetUciOptionTest, SettingsTakeTheirValueWhateverTheCaseOfTheName) {
+  Set("ENABLE_ETTC", "true");
+  EXPECT_TRUE(enable_ettc);
+  Set("checking_move_sorting_bonus_if_not_playing_for_mate[3]", "-7");
+  EXPECT_EQ(checking_move_sorting_bonus_if_not_playing_for_mate[3], -7);
+  EXPECT_EQ(checking_move_sorting_bonus_if_not_playing_for_mate[2], 10);
+}
+
+TEST_F(SetUciOptionTest, EngineOptionsReachTheSearchAndTheProtocol) {
+  Set("Contempt", "-25");
+  EXPECT_EQ(game.search.contempt, -25);
+  EXPECT_EQ(game.draw_handler.contempt, -25);
+  Set("personality", "vessimar");
+  EXPECT_EQ(Protocol().personality, -1000);
+  EXPECT_EQ(game.search.personality, -1000);
+  Set("NalimovCache", "16");
+  EXPECT_EQ(Protocol().nalimov_cache_mib, 16);
+}
+
+TEST_F(SetUciOptionTest, RefusalsChangeNothing) {
+  const bool ettc = enable_ettc;
+  const std::int32_t bonus = capture_move_sorting_bonus[5];
+  const struct {
+    const char* name;
+    const char* value;
+    const char* message;
+  } cases[] = {
+      {"No Such Option", "1", "unknown option"},
+      {"enable_ettc", "yes", "could not parse boolean: yes"},
+      {"enable_ettc", "", "could not parse boolean: "},
+      {"capture_move_sorting_bonus[5]", "512", "value out of bounds"},
+      {"capture_move_sorting_bonus[5]", "12a", "integer argument expected"},
+      {"capture_move_sorting_bonus[6]", "1", "unknown option"},
+      {"capture_move_sorting_bonus", "1", "unknown option"},
+      {"Contempt", "40000", "value out of bounds"},
+      {"Personality", "Nobody", "invalid argument(s)"},
+      {"Hash", "0", "value out of bounds"},
+  };
+  for (const auto& c : cases) {
+    const std::string line = std::string("setoption name ") + c.name + " value " + c.value;
+    try {
+      Set(c.name, c.value);
+      ADD_FAILURE() << line;
+    } catch (const ErrorCommand& error) {
+      EXPECT_EQ(error.what(), std::string("Error (") + c.message + "): " + line);
+    }
+  }
+  EXPECT_EQ(enable_ettc, ettc);
+  EXPECT_EQ(capture_move_sorting_bonus[5], bonus);
+  EXPECT_EQ(game.search.contempt, 0);
+  EXPECT_EQ(Protocol().personality, 0);
+}
+
+}  // namespace
+}  // namespace BraskInterfaces
