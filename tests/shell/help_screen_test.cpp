@@ -1,7 +1,6 @@
 #include "shell/help_screen.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <iostream>
 #include <string>
@@ -9,7 +8,6 @@
 
 #include "shell/help_entry.h"
 #include "shell/help_lists.h"
-#include "shell/help_screens.h"
 #include "shell/help_text_wrapping.h"
 #include "shell/startup_command_names.h"
 #include "support/terminal_capture.h"
@@ -37,9 +35,9 @@ std::string Show(const std::vector<HelpEntry>& entries, HelpPage page, int& wait
   return terminal.Text();
 }
 
-// Columns, dots and the filling of lines are checked on the real screens by the transcript tests;
-// here the stops, which a pipe never sees. The screen stops before the entry that fills the page,
-// and an entry taller than a page still shows.
+// Columns, dots, the filling of lines and the lists are checked on the real screens by the
+// transcript tests; here the stops, which a pipe never sees. The screen stops before the entry
+// that fills the page, and an entry taller than a page still shows.
 TEST(HelpScreen, StopsBeforeTheEntryThatFillsThePage) {
   const std::string stop = std::string(PROMPT) + KEY;
   const struct {
@@ -83,21 +81,7 @@ TEST(HelpScreen, TheCommandListStopsWhereTwentyThreeLinesAreReached) {
   EXPECT_GT(text.find(PROMPT), text.find("fritz"));
 }
 
-TEST(HelpScreen, WithoutATerminalThereAreEightyColumnsAndNoStops) {
-  if (isatty(STDOUT_FILENO)) GTEST_SKIP() << "standard output is a terminal";
-  TerminalCapture terminal;
-  const HelpPage page = StandardOutputPage();
-  EXPECT_EQ(page.rows, 0);
-  EXPECT_EQ(page.columns, 80);
-  // The real screens then never wait for input, which would end a test run reading its stdin.
-  CommandHelpScreen().Show();
-  StartupHelpScreen().Show();
-  EditHelpScreen().Show();
-  EXPECT_EQ(terminal.Text().find(PROMPT), std::string::npos);
-  EXPECT_EQ(terminal.Text().rfind("command          description\n", 0), 0u);
-}
-
-TEST(HelpLists, TheFirstOfEqualCommandsAndTheStartupAndEditLists) {
+TEST(HelpLists, TheFirstOfEqualCommandsAndTheStartupList) {
   const std::vector<HelpEntry> entries = {{"go", "1"}, {"b", ""}, {"Go", "2"}};
   const std::vector<HelpEntry> list = SortedHelpList(entries);
   ASSERT_EQ(list.size(), 2u);
@@ -105,9 +89,6 @@ TEST(HelpLists, TheFirstOfEqualCommandsAndTheStartupAndEditLists) {
   for (const HelpEntry& entry : StartupHelpList()) EXPECT_TRUE(IsStartupCommand(entry.command));
   for (const char* name : {"go", "new", "Hash", "-hash", "", "hashx"})
     EXPECT_FALSE(IsStartupCommand(name)) << name;
-  std::string edit;
-  for (const HelpEntry& entry : EditHelpList()) edit += entry.command + " ";
-  EXPECT_EQ(edit, "\".\" # c cancel display help quit restore s verify ");
 }
 
 // A word fits while indent + its length + the used width stays below the last column; runs of

@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "shell/tee_stream.h"
 #include "support/temporary_directory.h"
 
 TEST(DirectoryOf, TakesTheTextBeforeTheLastSlash) {
@@ -36,19 +35,4 @@ TEST(Terminal, SizeIsUsableEvenWithoutATerminal) {
   if (isatty(STDOUT_FILENO)) GTEST_SKIP() << "standard output is a terminal";
   EXPECT_EQ(TerminalRows(), 24u);
   EXPECT_EQ(TerminalColumns(), 80u);
-}
-
-TEST(EnterRawMode, ReportsOnceInTheLog) {
-  // On a terminal it would change the line discipline of the developer's own shell.
-  if (isatty(STDIN_FILENO)) GTEST_SKIP() << "standard input is a terminal";
-  TemporaryDirectory directory;
-  const std::string log = directory.File("log");
-  ASSERT_TRUE(Output.OpenLog(log));
-  EnterRawMode();
-  EnterRawMode();
-  Output.CloseLog();
-  const std::string text = ReadWholeFile(log);
-  const std::string report =
-      "Stdin has been set to raw mode (OS: Unix compatible). (not sent to xboard)\n";
-  EXPECT_EQ(text.substr(text.find("\n\n") + 2), report);
 }

@@ -223,16 +223,6 @@ TEST(TimeAndOtim, EngineClockSideAndRemainingTime) {
   EXPECT_EQ(clock.moves_left, 40u);
 }
 
-TEST(TimeAndOtim, ClockReportActiveSideFirstAndNoLimitAsMinusOne) {
-  TimeControl control;
-  control.Set({{40, 300000, 0, -1}}, {{-1, 60000, 0, 0}}, BLACK_CLOCK);
-  control.clocks[WHITE_CLOCK].ms_left = -20;
-  EXPECT_EQ(ClockReport(control, false, true),
-            "time (active side):\nmoves_left: -1\nmilliseconds_left: 60000\nout_of_time: false\n"
-            "time (passive side):\nmoves_left: 40\nmilliseconds_left: -20\nout_of_time: true\n"
-            "player1 played by engine: false\nplayer2 played by engine: true\n");
-}
-
 TEST(TimePoint, ElapsedMsTruncatesTheMicrosecondsAndSleepWaits) {
   const TimePoint start{true, 10, 999999};
   EXPECT_EQ(ElapsedMs(start, TimePoint{true, 11, 0}), 1);     // 1000 - 999
