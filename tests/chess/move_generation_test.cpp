@@ -19,12 +19,8 @@ using namespace TestPositions;
 
 // Leaf counts catch any missing or extra move, however rare, and faults of make/unmake.
 TEST(Perft, PublishedLeafCounts) {
-  const struct {
-    const char* fen;
-    int depth;
-    std::uint64_t leaves;
-  } cases[] = {
-      {INITIAL, 3, 8902},
+  for (const auto& [fen, depth, leaves] : {
+      std::tuple{INITIAL, 3, std::uint64_t{8902}},
       {INITIAL, 5, 4865609},
       {KIWIPETE, 4, 4085603},
       {POSITION_3, 6, 11030083},
@@ -49,10 +45,9 @@ TEST(Perft, PublishedLeafCounts) {
       // c5 shields the bishop's diagonal to the king; c6-c7 lands on c5's double-step square
       // but discovers nothing. Counts from a reference engine.
       {"r6r/Pp1pkppp/1bP2nbN/n1P5/BB2P3/q4N2/Pp1P2PP/R2Q1RK1 w - - 1 3", 3, 74057},
-  };
-  for (const auto& c : cases) {
-    Board board = BoardFromFen(c.fen);
-    EXPECT_EQ(Perft::CountLeaves(board, c.depth), c.leaves) << c.fen << " depth " << c.depth;
+  }) {
+    Board board = BoardFromFen(fen);
+    EXPECT_EQ(Perft::CountLeaves(board, depth), leaves) << fen << " depth " << depth;
   }
 }
 

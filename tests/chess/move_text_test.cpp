@@ -2,6 +2,7 @@
 
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "chess/move_generator.h"
@@ -105,11 +106,8 @@ TEST(MoveReading, ParseMoveRefusesAFinishedGame) {
 
 // What standard chess software writes for these moves, in SAN and, where given, long algebraic.
 TEST(MoveWriting, SanAndLongAlgebraic) {
-  const struct {
-    std::string fen;
-    const char *coordinates, *san, *long_algebraic;
-  } cases[] = {
-      {INITIAL, "g1f3", "Nf3", "Ng1-f3"},
+  for (const auto& [fen, coordinates, san, long_algebraic] : {
+      std::tuple{INITIAL, "g1f3", "Nf3", "Ng1-f3"},
       {INITIAL, "e2e4", "e4", "Pe2-e4"},
       {"rnbqkb1r/ppp1pppp/5n2/3p4/3P4/5N2/PPP1PPPP/RNBQKB1R w KQkq - 2 3", "b1d2", "Nbd2", ""},
       {"rnbqkb1r/ppp1pppp/5n2/3p4/3P4/5N2/PPP1PPPP/RNBQKB1R w KQkq - 2 3", "f3d2", "Nfd2", ""},
@@ -147,16 +145,15 @@ TEST(MoveWriting, SanAndLongAlgebraic) {
       {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8", "a8=Q+", "Pa7-a8=Q+"},
       {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8N", "a8=N", "Pa7-a8=N"},
       {MATING_CASTLING, "e1g1", "O-O+", "O-O+"},  // a mate by castling keeps the plus sign
-  };
-  for (const auto& c : cases) {
-    const GameBoard board = Position(c.fen);
+  }) {
+    const GameBoard board = Position(fen);
     int reason = -1;
-    const Move move = ReadMove(board, c.coordinates, reason);
-    ASSERT_NE(move, INVALID) << c.fen << " " << c.coordinates;
-    EXPECT_EQ(MoveToText(board, move, SAN_NOTATION), c.san) << c.fen;
-    EXPECT_EQ(MoveToText(board, move, COORDINATE_NOTATION), c.coordinates) << c.fen;
-    if (*c.long_algebraic) {
-      EXPECT_EQ(MoveToText(board, move, LONG_ALGEBRAIC), c.long_algebraic) << c.fen;
+    const Move move = ReadMove(board, coordinates, reason);
+    ASSERT_NE(move, INVALID) << fen << " " << coordinates;
+    EXPECT_EQ(MoveToText(board, move, SAN_NOTATION), san) << fen;
+    EXPECT_EQ(MoveToText(board, move, COORDINATE_NOTATION), coordinates) << fen;
+    if (*long_algebraic) {
+      EXPECT_EQ(MoveToText(board, move, LONG_ALGEBRAIC), long_algebraic) << fen;
     }
   }
 }

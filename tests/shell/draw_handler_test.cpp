@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "support/board_from_fen.h"
@@ -66,17 +67,12 @@ TEST(DrawHandler, StreaksAndTheHopelessLimit) {
 TEST(DrawHandler, MateScoresGiveMovesToMateAndWhetherItCloses) {
   const Board board = BoardFromFen(NO_QUEENS);
   DrawHandler handler;
-  const struct {
-    int score, mated_in;
-    bool closing;
-  } steps[] = {{-(MATE - 4), 2, true},
-               {-(MATE - 6), 3, false},  // the mate moves away
-               {-(MATE - 2), 1, true},
-               {-31767, -1, false}};  // the last score that is no mate
-  for (const auto& step : steps) {
-    handler.Update(board, step.score);
-    EXPECT_EQ(handler.mated_in, step.mated_in) << step.score;
-    EXPECT_EQ(handler.mate_closing_in, step.closing) << step.score;
+  for (const auto& [score, mated_in, closing] :
+       {std::tuple{-(MATE - 4), 2, true}, {-(MATE - 6), 3, false},  // the mate moves away
+        {-(MATE - 2), 1, true}, {-31767, -1, false}}) {  // the last score that is no mate
+    handler.Update(board, score);
+    EXPECT_EQ(handler.mated_in, mated_in) << score;
+    EXPECT_EQ(handler.mate_closing_in, closing) << score;
   }
 }
 

@@ -7,6 +7,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "shell/console_protocol.h"
@@ -111,10 +112,8 @@ constexpr const char* BOUNDS = "argument out of bounds";
 constexpr const char* NOT_A_NUMBER = "integer argument expected";
 
 TEST(ParseLevel, StagesTimeFormsIncrementsAndRefusals) {
-  const struct {
-    const char *moves, *time, *increment, *expected;
-  } cases[] = {
-      {"40", "5", "0", "40/300000+0r"},  {"0", "5", "12", "-1/300000+12000r"},
+  for (const auto& [moves, time, increment, expected] : {
+      std::tuple{"40", "5", "0", "40/300000+0r"},  {"0", "5", "12", "-1/300000+12000r"},
       {"40", "0", "5", "40/10000+5000r"},  // "0" is ten seconds
       {"40", "2:30", "0", "40/150000+0r"}, {"40", "0:45", "0", "40/45000+0r"},
       {"40", "007", "0", "40/420000+0r"},  {"0", "2", "0.5", "-1/120000+500r"},
@@ -126,10 +125,9 @@ TEST(ParseLevel, StagesTimeFormsIncrementsAndRefusals) {
       {"40", "35792", "0", BOUNDS},        {"40", "5", "2147484", BOUNDS},  // beyond 32 bits
       {"40.5", "5", "0", NOT_A_NUMBER},    {"99999999999", "5", "0", NOT_A_NUMBER},
       {"-1", "5", "x", NOT_A_NUMBER},      {"40", "1:-30", "x", NOT_A_NUMBER},  // before bounds
-  };
-  for (const auto& c : cases)
-    EXPECT_EQ(Outcome([&] { return ParseLevel(c.moves, c.time, c.increment); }), c.expected)
-        << c.moves << ' ' << c.time << ' ' << c.increment;
+  })
+    EXPECT_EQ(Outcome([&] { return ParseLevel(moves, time, increment); }), expected)
+        << moves << ' ' << time << ' ' << increment;
   for (const char* text : {"x", "", "5m", "+5", "1:2:3", ":30", "1:", "1.5", " 5"})
     EXPECT_EQ(Outcome([&] { return ParseLevel("40", text, "0"); }), NOT_A_NUMBER) << text;
   for (const char* text : {"x", "0.1234", ".5", "5.", "1.x", "1.-5", "-.5", "0,5", "1e3", "0.5s"})
@@ -153,15 +151,9 @@ TEST(ParseTc, StagesForBothClocksOrEachAndRefusals) {
     EXPECT_EQ(Outcome([&] { return ParseTc(text); }), expected) << '"' << text << '"';
 }
 
-struct ThinkingCase {
-  std::int64_t ms_left;
-  std::uint32_t moves_left;
-  int hard, soft;
-};
-
 TEST(ThinkingTime, HardAndSoftLimitsOfTheClock) {
-  const ThinkingCase cases[] = {
-      {0, 40, 150, 150}, {-1, 40, 150, 150}, {-500000, 40, 150, 150},  // ran out: the minimum
+  for (const auto& [ms_left, moves_left, hard, soft] : {
+      std::tuple{std::int64_t{0}, 40u, 150, 150}, {-1, 40, 150, 150}, {-500000, 40, 150, 150},  // ran out: the minimum
       {3000, NO_MOVE_LIMIT, 150, 150},
       {600000, NO_MOVE_LIMIT, 600000 - 90000 - 90000, 600000 / 62},  // plans for thirty moves
       {100000, 40, 2500, 100000 / 82},  // the reserve would leave nothing: the even share
@@ -174,38 +166,34 @@ TEST(ThinkingTime, HardAndSoftLimitsOfTheClock) {
       {(std::int64_t(1) << 32) + 3000, NO_MOVE_LIMIT, 150, 150},
       {std::int64_t(0xFFFFFFFF), 40, 150, 150},
       {0x7FFFFFFF, 0x7FFFFFFF, 150, 150},
-  };
-  for (const ThinkingCase& c : cases) {
+  }) {
     Clock clock;
-    clock.ms_left = c.ms_left;
-    clock.moves_left = c.moves_left;
-    int hard = -1, soft = -1;
-    ThinkingTime(clock, hard, soft);
-    EXPECT_EQ(hard, c.hard) << c.ms_left << " ms, " << c.moves_left << " moves";
-    EXPECT_EQ(soft, c.soft) << c.ms_left << " ms, " << c.moves_left << " moves";
+    clock.ms_left = ms_left;
+    clock.moves_left = moves_left;
+    int given_hard = -1, given_soft = -1;
+    ThinkingTime(clock, given_hard, given_soft);
+    EXPECT_EQ(given_hard, hard) << ms_left << " ms, " << moves_left << " moves";
+    EXPECT_EQ(given_soft, soft) << ms_left << " ms, " << moves_left << " moves";
   }
 }
 
 // The game keeps a reserve where the clock rule would hand the search all the clock: the last
 // move before a time control. The soft limit, and the hard one elsewhere, are the clock rule's.
 TEST(ThinkingTime, TheGameKeepsAReserveOnTheLastMoveBeforeTheControl) {
-  const struct {
-    std::int64_t ms_left;
-    std::uint32_t moves_left;
-    int hard;  // -1: the clock rule's
-  } cases[] = {{2000, 1, 1800},  {50000, 1, 49000},  // a tenth stays, at most a second
-               {100, 1, 150},    {0, 1, 150},        // never below the least thinking time
-               {300000, 40, -1}};
-  for (const auto& c : cases) {
+  // -1: the clock rule's hard limit.
+  for (const auto& [ms_left, moves_left, expected_hard] :
+       {std::tuple{std::int64_t{2000}, 1u, 1800}, {50000, 1, 49000},  // a tenth, at most a second
+        {100, 1, 150}, {0, 1, 150},  // never below the least thinking time
+        {300000, 40, -1}}) {
     GameState game(std::make_unique<BraskInterfaces::ConsoleProtocol>());
     Clock& clock = game.time_control.clocks[WHITE];
-    clock.ms_left = c.ms_left;
-    clock.moves_left = c.moves_left;
+    clock.ms_left = ms_left;
+    clock.moves_left = moves_left;
     int hard = 0, soft = 0, rule_hard = 0, rule_soft = 0;
     game.ThinkingTime(WHITE, hard, soft);
     ThinkingTime(clock, rule_hard, rule_soft);
-    EXPECT_EQ(hard, c.hard == -1 ? rule_hard : c.hard) << c.ms_left;
-    EXPECT_EQ(soft, rule_soft) << c.ms_left;
+    EXPECT_EQ(hard, expected_hard == -1 ? rule_hard : expected_hard) << ms_left;
+    EXPECT_EQ(soft, rule_soft) << ms_left;
   }
 }
 

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <sstream>
+#include <tuple>
 
 #include "chess/basic.h"
 #include "chess/user_board.h"
@@ -57,12 +58,8 @@ TEST(UciGoParsing, ReadsEveryParameterAndSearchMovesEndAtTheNextOne) {
 // Without a clock or a move time there is no time limit (-1: not checked here).
 TEST(UciSearchRequest, KindDepthAndTimeLimitFollowTheParameters) {
   constexpr int HARD = 1000 - UCI_MOVE_OVERHEAD_MS;
-  const struct {
-    const char* text;
-    SearchType type;
-    int depth, max_time_limit, variable_time_limit;
-  } cases[] = {
-      {"wtime 1000 btime 1000", SearchType::normal, 0, -1, -1},
+  for (const auto& [text, type, depth, max_time_limit, variable_time_limit] : {
+      std::tuple{"wtime 1000 btime 1000", SearchType::normal, 0, -1, -1},
       {"ponder wtime 1000 btime 1000", SearchType::pondering, 0, -1, -1},
       {"infinite wtime 1000 btime 1000", SearchType::analyze, 0, 0, 0},
       {"depth 7", SearchType::normal, 7, 0, 0},
@@ -72,14 +69,13 @@ TEST(UciSearchRequest, KindDepthAndTimeLimitFollowTheParameters) {
       {"btime 500", SearchType::normal, 0, 0, 0},
       {"movetime 1000 wtime 5 btime 5", SearchType::normal, 0, HARD, 0},
       {"movetime 1", SearchType::normal, 0, UCI_MIN_THINKING_TIME_MS, 0},
-  };
-  for (const auto& c : cases) {
-    const SearchRequest request = UciSearchRequest(Parse(c.text), WHITE);
-    EXPECT_EQ(request.type, c.type) << c.text;
-    EXPECT_EQ(request.max_depth, c.depth) << c.text;
-    if (c.max_time_limit < 0) continue;
-    EXPECT_EQ(request.max_time_limit, c.max_time_limit) << c.text;
-    EXPECT_EQ(request.variable_time_limit, c.variable_time_limit) << c.text;
+  }) {
+    const SearchRequest request = UciSearchRequest(Parse(text), WHITE);
+    EXPECT_EQ(request.type, type) << text;
+    EXPECT_EQ(request.max_depth, depth) << text;
+    if (max_time_limit < 0) continue;
+    EXPECT_EQ(request.max_time_limit, max_time_limit) << text;
+    EXPECT_EQ(request.variable_time_limit, variable_time_limit) << text;
   }
 }
 
@@ -121,15 +117,11 @@ TEST(UciSearchRequest, LimitsStayInsideTheClockAndGamesNeverFlag) {
 }
 
 TEST(UciScoreText, CentipawnsAndMatesInMovesFromTheEnginesView) {
-  const struct {
-    std::int32_t score;
-    const char* text;
-  } cases[] = {
-      {0, "cp 0"},           {-45, "cp -45"},          {31767, "cp 31767"},
-      {-31767, "cp -31767"}, {MATE - 1, "mate 1"},     {MATE - 3, "mate 2"},
-      {MATE - 4, "mate 2"},  {-(MATE - 2), "mate -1"}, {-(MATE - 4), "mate -2"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(UciScoreText(c.score), c.text) << c.score;
+  for (const auto& [score, text] :
+       {std::pair{0, "cp 0"}, {-45, "cp -45"}, {31767, "cp 31767"}, {-31767, "cp -31767"},
+        {MATE - 1, "mate 1"}, {MATE - 3, "mate 2"}, {MATE - 4, "mate 2"}, {-(MATE - 2), "mate -1"},
+        {-(MATE - 4), "mate -2"}})
+    EXPECT_EQ(UciScoreText(score), text) << score;
 }
 
 Move Parsed(const UserBoard& game, const char* text) {
@@ -139,20 +131,15 @@ Move Parsed(const UserBoard& game, const char* text) {
 }
 
 TEST(UciMoveText, LowerCaseCoordinatesForEveryKindOfMove) {
-  const struct {
-    const char* fen;
-    const char* move;
-    const char* text;
-  } cases[] = {
-      {"4k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a8=N", "a7a8n"},
+  for (const auto& [fen, move, text] : {
+      std::tuple{"4k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a8=N", "a7a8n"},
       {"4k3/8/8/8/8/8/p7/4K3 b - - 0 1", "a1=R", "a2a1r"},
       {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "O-O-O", "e8c8"},
       {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", "exd6", "e5d6"},
-  };
-  for (const auto& c : cases) {
+  }) {
     UserBoard game;
-    game.SetFEN(c.fen);
-    EXPECT_EQ(UciMoveText(game.current, Parsed(game, c.move)), c.text) << c.fen;
+    game.SetFEN(fen);
+    EXPECT_EQ(UciMoveText(game.current, Parsed(game, move)), text) << fen;
   }
 }
 
@@ -168,11 +155,8 @@ TEST(UciLineText, StopsAtTheFirstMoveThatIsNotLegalWhereItStands) {
 }
 
 TEST(ParseUciPosition, BuildsTheWholePosition) {
-  const struct {
-    const char* line;
-    const char* fen;
-  } cases[] = {
-      {"position startpos moves e2e4 c7c5 g1f3",
+  for (const auto& [line, fen] : {
+      std::tuple{"position startpos moves e2e4 c7c5 g1f3",
        "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 1 2"},
       {"position fen 4k3/P7/8/8/8/8/8/4K3 w - - 0 1 moves a7a8q e8d7",
        "Q7/3k4/8/8/8/8/8/4K3 w - - 1 2"},
@@ -181,11 +165,10 @@ TEST(ParseUciPosition, BuildsTheWholePosition) {
       // A third repetition and the game goes on: the front end decides draws by rule.
       {"position startpos moves g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 e2e4",
        "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 5"},
-  };
-  for (const auto& c : cases) {
-    const UserBoard game = ParseUciPosition(Words(c.line), c.line);
-    EXPECT_EQ(game.GetFEN(), c.fen) << c.line;
-    EXPECT_FALSE(game.current.IsOver()) << c.line;
+  }) {
+    const UserBoard game = ParseUciPosition(Words(line), line);
+    EXPECT_EQ(game.GetFEN(), fen) << line;
+    EXPECT_FALSE(game.current.IsOver()) << line;
   }
 }
 
@@ -223,12 +206,8 @@ TEST_F(SetUciOptionTest, SettingsAndEngineOptions) {
 TEST_F(SetUciOptionTest, RefusalsChangeNothing) {
   const bool ettc = enable_ettc;
   const std::int32_t bonus = capture_move_sorting_bonus[5];
-  const struct {
-    const char* name;
-    const char* value;
-    const char* message;
-  } cases[] = {
-      {"No Such Option", "1", "unknown option"},
+  for (const auto& [name, value, message] : {
+      std::tuple{"No Such Option", "1", "unknown option"},
       {"enable_ettc", "yes", "could not parse boolean: yes"},
       {"enable_ettc", "", "could not parse boolean: "},
       {"capture_move_sorting_bonus[5]", "512", "value out of bounds"},
@@ -238,14 +217,13 @@ TEST_F(SetUciOptionTest, RefusalsChangeNothing) {
       {"Contempt", "40000", "value out of bounds"},
       {"Personality", "Nobody", "invalid argument(s)"},
       {"Hash", "0", "value out of bounds"},
-  };
-  for (const auto& c : cases) {
-    const std::string line = std::string("setoption name ") + c.name + " value " + c.value;
+  }) {
+    const std::string line = std::string("setoption name ") + name + " value " + value;
     try {
-      Set(c.name, c.value);
+      Set(name, value);
       ADD_FAILURE() << line;
     } catch (const ErrorCommand& error) {
-      EXPECT_EQ(error.what(), std::string("Error (") + c.message + "): " + line);
+      EXPECT_EQ(error.what(), std::string("Error (") + message + "): " + line);
     }
   }
   EXPECT_EQ(enable_ettc, ettc);
