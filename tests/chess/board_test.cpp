@@ -7,25 +7,8 @@
 
 namespace {
 
-constexpr const char* INITIAL = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
-
-TEST(Board, InitialPosition) {
-  Board board = BoardFromFen(INITIAL);
-  EXPECT_EQ(board.total_piece_points, 62u);
-  EXPECT_EQ(board.Material(), 0);
-  EXPECT_EQ(board.white.minor_points, 12);
-  EXPECT_EQ(board.black.major_count, 4);
-  EXPECT_EQ(board.Key(), board.ComputeKey());
-}
-
-TEST(Board, CopiesKeepTheirOwnKeyStack) {
-  Board board = BoardFromFen("4k3/8/8/8/8/8/8/4K2R w K - 12 40");
-  Board copy(board);
-  EXPECT_EQ(copy.key_stack - copy.key_storage, board.key_stack - board.key_storage);
-  EXPECT_NE(copy.key_stack, board.key_stack);
-  EXPECT_EQ(copy.Key(), board.Key());
-}
-
+// Make, unmake, copies and the set-up of positions are checked over many trees in
+// move_generation_test; here the rule draws, the key history and the diagram.
 TEST(Board, RuleDraws) {
   for (const auto& [fen, draw] : {std::pair{"4k3/8/8/8/8/8/8/4KN2 w - - 0 1", true},
                                   {"4k3/8/8/8/8/8/8/3NKN2 w - - 0 1", true},

@@ -3,6 +3,7 @@
 #include <random>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "chess/move_generator.h"
@@ -24,11 +25,6 @@ const std::string PAWN_AND_BISHOP_ON_C3 = "4k3/8/8/8/8/2n5/1P6/4B1K1 w - - 0 1";
 // The rook from f1 mates the king on f8 boxed in by its own pieces.
 constexpr const char* MATING_CASTLING = "4rkr1/4p1p1/8/8/8/8/8/4K2R w K - 0 1";
 
-// A text and what it reads as: the move in coordinates, or the reason for no move.
-struct ReadCase {
-  const char* text;
-  const char* expected;
-};
 constexpr const char* SYNTAX = "(syntax)";
 constexpr const char* NO_MATCH = "(no match)";
 constexpr const char* AMBIGUOUS = "(ambiguous)";
@@ -44,14 +40,16 @@ std::string ReasonText(int reason) {
   }
 }
 
-void ExpectReads(const std::string& fen, const std::vector<ReadCase>& cases) {
+// Texts and what they read as: the move in coordinates, or the reason for no move.
+void ExpectReads(const std::string& fen,
+                 const std::vector<std::pair<const char*, const char*>>& cases) {
   const GameBoard board = Position(fen);
-  for (const ReadCase& c : cases) {
+  for (const auto& [text, expected] : cases) {
     int reason = -1;
-    const Move move = ReadMove(board, c.text, reason);
+    const Move move = ReadMove(board, text, reason);
     const std::string read = move != INVALID ? MoveToText(board, move, COORDINATE_NOTATION)
                                              : ReasonText(reason);
-    EXPECT_EQ(read, c.expected) << '"' << c.text << "\" in " << fen;
+    EXPECT_EQ(read, expected) << '"' << text << "\" in " << fen;
   }
 }
 
