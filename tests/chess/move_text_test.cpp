@@ -92,10 +92,10 @@ TEST(MoveReading, PromotionsNeedTheirPiece) {
 TEST(MoveReading, ParseMoveRefusesAFinishedGame) {
   GameBoard board = Position(INITIAL);
   Move move = 12345;
-  EXPECT_EQ(ParseMove(board, "e4", move), PARSE_OK);
-  EXPECT_EQ(ParseMove(board, "Nd2", move), PARSE_NO_MATCH);
-  EXPECT_EQ(ParseMove(board, "O-O", move), PARSE_ILLEGAL_CASTLING);
-  EXPECT_EQ(ParseMove(board, "e2-e4", move), PARSE_SYNTAX_ERROR);
+  for (const auto& [text, result] :
+       {std::pair{"e4", PARSE_OK}, {"Nd2", PARSE_NO_MATCH}, {"O-O", PARSE_ILLEGAL_CASTLING},
+        {"e2-e4", PARSE_SYNTAX_ERROR}})
+    EXPECT_EQ(ParseMove(board, text, move), result) << text;
   EXPECT_EQ(move, INVALID);
   board.result = RESULT_DRAW;
   EXPECT_EQ(ParseMove(board, "e4", move), PARSE_GAME_OVER);

@@ -5,7 +5,6 @@
 #include <tuple>
 #include <vector>
 
-#include "chess/edit_board.h"
 #include "chess/user_board.h"
 
 namespace {
@@ -28,9 +27,9 @@ Move Word(const UserBoard& game, const std::string& text) {
   return move;
 }
 
-// The commands' answers for undo, next and remove are checked by the transcript tests; here the
-// keys and results behind them. Undoing a mate reopens the game, and a different move drops the
-// moves put aside.
+// The commands' answers for undo, next, remove, white, black and edit are checked by the
+// transcript tests; here the keys and results behind them. Undoing a mate reopens the game, and
+// a different move drops the moves put aside.
 TEST(UserBoard, RewindThenNextAllComesBackToTheSameEndAndUndoReopensIt) {
   UserBoard game;
   Play(game, {"f3", "e5", "g4", "Qh4"});
@@ -64,47 +63,6 @@ TEST(UserBoard, IllegalMovesChangeNothing) {
   EXPECT_THROW(game.MakeMove(INVALID), UserBoard::invalid_move);
   EXPECT_EQ(game.GetFEN(), fen);
   EXPECT_EQ(game.moves.size(), 1u);
-}
-
-TEST(UserBoard, ChangeSideStartsANewGame) {
-  UserBoard game;
-  game.MakeMove("Nf3");
-  UserBoard turned = game.ChangeSide();
-  EXPECT_EQ(turned.GetFEN(), "rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R w KQkq - 0 1");
-  EXPECT_TRUE(turned.moves.empty());
-  EXPECT_EQ(turned.start_ply, 0);
-  // A double step leaves an en-passant square that fits only Black on move.
-  game.MakeMove("e5");
-  EXPECT_THROW(game.ChangeSide(), UserBoard::invalid_board_after_changing_side);
-  // The side in check cannot hand over the move.
-  UserBoard check;
-  check.SetFEN("4k3/8/8/8/8/8/8/4K2r w - - 0 1");
-  EXPECT_THROW(check.ChangeSide(), UserBoard::invalid_board_after_changing_side);
-  EXPECT_EQ(check.GetFEN(), "4k3/8/8/8/8/8/8/4K2r w - - 0 1");
-}
-
-TEST(UserBoard, PositionsFromBoardsAndEditBoards) {
-  UserBoard game;
-  game.MakeMove("e4");
-  game.SetEmptyEditBoardPosition();
-  EXPECT_EQ(game.GetFEN(), "4k3/8/8/8/8/8/8/4K3 b - - 0 1");
-  EXPECT_EQ(game.current.reason, REASON_NO_MATING_MATERIAL);
-  EXPECT_TRUE(game.moves.empty());
-
-  EditBoard edit;
-  edit.SetupKingsOnly();
-  edit.SetPiece(A4, ROOK);
-  game.SetFromEditBoard(edit);
-  EXPECT_EQ(game.GetFEN(), "4k3/8/8/8/R7/8/8/4K3 w - - 0 1");
-  EXPECT_EQ(game.current.result, RESULT_RUNNING);
-
-  edit.SetPiece(E1, NO_PIECE);
-  EXPECT_THROW(game.SetFromEditBoard(edit), UserBoard::invalid_position);
-  EXPECT_EQ(game.GetFEN(), "4k3/8/8/8/R7/8/8/4K3 w - - 0 1");
-
-  UserBoard other;
-  other.SetPosition(game.current);
-  EXPECT_EQ(other.GetFEN(), game.GetFEN());
 }
 
 // The result and reason after the moves from the position.

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "shell/startup.h"
 #include "support/temporary_directory.h"
 
 TEST(DirectoryOf, TakesTheTextBeforeTheLastSlash) {
@@ -35,4 +36,12 @@ TEST(Terminal, SizeIsUsableEvenWithoutATerminal) {
   if (isatty(STDOUT_FILENO)) GTEST_SKIP() << "standard output is a terminal";
   EXPECT_EQ(TerminalRows(), 24u);
   EXPECT_EQ(TerminalColumns(), 80u);
+}
+
+TEST(CommandLineArguments, DropsTheProgramNameAndEmptyArguments) {
+  const char* argv[] = {"./brask", "-xboard", "", "--hash", "64M", "", nullptr};
+  EXPECT_EQ(CommandLineArguments(6, argv),
+            (std::vector<std::string>{"-xboard", "--hash", "64M"}));
+  EXPECT_TRUE(CommandLineArguments(1, argv).empty());
+  EXPECT_TRUE(CommandLineArguments(0, argv).empty());
 }
