@@ -99,7 +99,6 @@ TEST(DrawHandler, AcceptOfferAndResign) {
       {{NO_QUEENS, false, {0, 0}}, offer, false, D::unknown, false, 7},
       {{NO_QUEENS, false, {0, 0}}, offer, true, D::unknown, false, 8},
       {{NO_QUEENS, true, {0, 0}}, offer, true, D::unknown, false, 1},
-      {{NO_QUEENS, true, {0, 0}}, offer, false, D::unknown, true},
       {{NO_QUEENS, false, {0, 0}}, offer, false, D::won},
       {{NO_QUEENS, false, Times(6, -300)}, resign, true},
       {{NO_QUEENS, true, Times(5, -500)}, resign, true},

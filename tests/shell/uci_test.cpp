@@ -38,12 +38,10 @@ TEST(UciGoParsing, ReadsEveryParameterAndSearchMovesEndAtTheNextOne) {
   const UciGoParameters go = Parse(
       "wtime 61000 btime -250 winc 1000 binc 0 movestogo 12 movetime 500 depth 9 nodes "
       "5000000000 mate 3 infinite ponder searchmoves e2e4 g1f3");
-  EXPECT_EQ(go.time_ms[WHITE], 61000);
-  EXPECT_EQ(go.time_ms[BLACK], -250);  // a flagged clock that the front end lets run on
-  EXPECT_EQ(go.increment_ms[WHITE], 1000);
-  EXPECT_EQ(go.increment_ms[BLACK], 0);
-  EXPECT_EQ(go.moves_to_go, 12);
-  EXPECT_EQ(go.move_time_ms, 500);
+  // btime: a flagged clock that the front end lets run on.
+  EXPECT_EQ(std::tuple(go.time_ms[WHITE], go.time_ms[BLACK], go.increment_ms[WHITE],
+                       go.increment_ms[BLACK], go.moves_to_go, go.move_time_ms),
+            std::tuple(61000, -250, 1000, 0, 12, 500));
   EXPECT_EQ(go.nodes, 5000000000u);
   EXPECT_EQ(go.mate, 3);
   EXPECT_TRUE(go.infinite && go.ponder);
