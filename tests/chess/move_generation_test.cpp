@@ -62,11 +62,6 @@ TEST(MoveGenerator, MovesInProgramOrder) {
             "a1a6 a1a5 a1a4 a1a3 a1a2 a1d1 a1c1 a1b1 e5e6 d2d3 b2b3 d2d4 b2b4 d2c3 b2c3 e5d6 e1f2 "
             "e1f1"}})
     EXPECT_EQ(Texts(Generate(BoardFromFen(fen), 255)), texts) << fen;
-  // The vector form appends to what is there.
-  std::vector<Move> expected = Generate(BoardFromFen(KIWIPETE), 255), moves = {INVALID};
-  expected.insert(expected.begin(), INVALID);
-  GenerateMoves(moves, BoardFromFen(KIWIPETE));
-  EXPECT_EQ(moves, expected);
 }
 
 // Each selection mask gives exactly the moves of the full list that it describes, in the same

@@ -1,9 +1,9 @@
-// The text helpers under the command parsers: the tokenizer, trimming, prefixes, sorting.
+// The text helpers under the command parsers: the tokenizer, trimming and prefixes. The sorting
+// without regard to case shows in the order of the help screen.
 #include "chess/tokenizer.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -69,12 +69,4 @@ TEST(StringHelpers, TrimReplaceAllAndStartsWith) {
   EXPECT_TRUE(StartsWith("x", ""));
   EXPECT_FALSE(StartsWith("pro", "protover"));
   EXPECT_FALSE(StartsWith("Protover", "protover"));
-}
-
-TEST(StringHelpers, LessIgnoreCaseSortsCaseInsensitively) {
-  std::vector<std::string> names = {"beta", "Alpha", "gamma", "ALPHA2", "Beta"};
-  std::stable_sort(names.begin(), names.end(), LessIgnoreCase);
-  EXPECT_EQ(names, (std::vector<std::string>{"Alpha", "ALPHA2", "beta", "Beta", "gamma"}));
-  EXPECT_FALSE(LessIgnoreCase("ABC", "abc"));
-  EXPECT_FALSE(LessIgnoreCase("abc", "ABC"));
 }

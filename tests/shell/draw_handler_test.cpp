@@ -124,8 +124,6 @@ TEST(DrawHandler, ResetKeepsOpponentAndContempt) {
   handler.draw_offer_pending = true;
   handler.Reset();
   EXPECT_EQ(handler.hopeless_streak + handler.moves_seen, 0);
-  EXPECT_EQ(handler.last_score, 1000000);
-  EXPECT_EQ(handler.moves_since_own_offer, 1000);
   EXPECT_FALSE(handler.draw_offer_pending);
   EXPECT_TRUE(handler.opponent_is_computer);
   EXPECT_EQ(handler.contempt, -20);

@@ -77,8 +77,6 @@ TEST(HelpLists, TheFirstOfEqualCommandsAndTheStartupList) {
   ASSERT_EQ(list.size(), 2u);
   EXPECT_EQ(list[1].description, "1");
   for (const HelpEntry& entry : StartupHelpList()) EXPECT_TRUE(IsStartupCommand(entry.command));
-  for (const char* name : {"go", "new", "Hash", "-hash", "", "hashx"})
-    EXPECT_FALSE(IsStartupCommand(name)) << name;
 }
 
 // A word fits while indent + its length + the used width stays below the last column; runs of
