@@ -16,9 +16,8 @@ namespace {
 // Characters that the readers give a meaning to, so that mutations reach deep.
 constexpr std::string_view MEANINGFUL = "pnbrqkPNBRQK0123456789/ -wbKQkqx+#=Oo.[]\"{}();$*\n\t";
 
-class TextSource {
- public:
-  explicit TextSource(unsigned seed) : random_(seed) {}
+struct TextSource {
+  std::mt19937 random;
 
   std::string RandomBytes(std::size_t max_length) {
     std::string text(Below(max_length + 1), '\0');
@@ -41,10 +40,7 @@ class TextSource {
     return text;
   }
 
-  std::size_t Below(std::size_t bound) { return bound == 0 ? 0 : random_() % bound; }
-
- private:
-  std::mt19937 random_;
+  std::size_t Below(std::size_t bound) { return bound == 0 ? 0 : random() % bound; }
 };
 
 const std::vector<std::string> VALID_FENS = {
@@ -88,7 +84,7 @@ void TryFen(UserBoard& game, const std::string& text) {
 }
 
 TEST(GameTextFuzz, FenReaderTakesAnyText) {
-  TextSource source(1);
+  TextSource source{std::mt19937(1)};
   UserBoard game = GameInProgress();
   for (int i = 0; i < 4000; ++i) TryFen(game, source.RandomBytes(90));
   for (int i = 0; i < 20000; ++i)
@@ -123,7 +119,7 @@ void TryPgn(UserBoard& game, const std::string& text) {
 }
 
 TEST(GameTextFuzz, PgnReaderTakesAnyText) {
-  TextSource source(2);
+  TextSource source{std::mt19937(2)};
   UserBoard game = GameInProgress();
   for (int i = 0; i < 2000; ++i) TryPgn(game, source.RandomBytes(300));
   std::vector<std::string> games;
@@ -133,7 +129,7 @@ TEST(GameTextFuzz, PgnReaderTakesAnyText) {
 }
 
 TEST(GameTextFuzz, MoveReaderTakesAnyText) {
-  TextSource source(3);
+  TextSource source{std::mt19937(3)};
   std::vector<GameBoard> positions;
   for (const std::string& fen : VALID_FENS) {
     UserBoard game;

@@ -84,7 +84,6 @@ TEST(GameEnd, MateStalemateFiftyMovesMaterialAndRepetition) {
       {"7k/8/6K1/8/8/8/8/R7 w - - 98 80", {}, RESULT_RUNNING, REASON_NONE},
       // One minor piece each at most cannot mate; two knights, two bishops, a pawn or a rook can.
       {"4k3/8/8/8/8/8/8/2B1K3 w - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
-      {"4kn2/8/8/8/8/8/8/2B1K3 w - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
       {"4kb2/8/8/8/8/8/8/2B1K3 w - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
       {"4k3/8/8/8/8/8/3r4/2B1K3 w - - 0 1", {"Kxd2"}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
       {"4k3/8/8/8/8/8/8/1NN1K3 w - - 0 1", {}, RESULT_RUNNING, REASON_NONE},

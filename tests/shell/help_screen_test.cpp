@@ -93,7 +93,6 @@ TEST(WrapDescription, BreaksFillsAndGaps) {
       {"", 4, 80, "", 1},
       {"ab \n cd", 3, 80, "ab\n    cd", 2},
       {"a\n\nb", 2, 80, "a\n   \n   b", 3},
-      {"a\n", 2, 80, "a\n   ", 2},
       // After a forced break the line is empty again, so the next word always fits first.
       {"aaaa bbbb cccc\ndddd eeee ffff gggg", 4, 20,
        "aaaa bbbb cccc\n     dddd eeee ffff\n     gggg", 3},

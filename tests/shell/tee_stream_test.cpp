@@ -100,11 +100,7 @@ TEST(LogFile, TheFirstFreeNumberOfAtLeastThreeDigitsOrTheMaxFile) {
             "logfile.002");
   EXPECT_EQ(FirstFreeLogName([](const std::string& name) { return name.size() == 11; }),
             "logfile.1000");
-  int asked = 0;
-  const auto all_taken = [&](const std::string&) { return ++asked > 0; };
-  EXPECT_EQ(FirstFreeLogName(all_taken), "logfile.max");
-  EXPECT_EQ(asked, 100000);
-  EXPECT_EQ(FirstFreeLogName(all_taken, 3), "logfile.max");
+  EXPECT_EQ(FirstFreeLogName([](const std::string&) { return true; }), "logfile.max");
 }
 
 }  // namespace

@@ -121,7 +121,6 @@ TEST(ParseLevel, StagesTimeFormsIncrementsAndRefusals) {
       {"0", "1", "0.000", "-1/60000+0r"},  {"40", "35791", "0", "40/2147460000+0r"},
       {"-1", "5", "0", BOUNDS},            {"40", "-5", "0", BOUNDS},
       {"40", "0:0", "0", BOUNDS},          {"40", "1:-30", "0", BOUNDS},
-      {"40", "5", "-1", BOUNDS},           {"40", "5", "-0.5", BOUNDS},
       {"40", "35792", "0", BOUNDS},        {"40", "5", "2147484", BOUNDS},  // beyond 32 bits
       {"40.5", "5", "0", NOT_A_NUMBER},    {"99999999999", "5", "0", NOT_A_NUMBER},
       {"-1", "5", "x", NOT_A_NUMBER},      {"40", "1:-30", "x", NOT_A_NUMBER},  // before bounds

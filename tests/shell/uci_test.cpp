@@ -63,7 +63,6 @@ TEST(UciSearchRequest, KindDepthAndTimeLimitFollowTheParameters) {
       {"depth 7", SearchType::normal, 7, 0, 0},
       {"mate 3", SearchType::normal, 6, 0, 0},
       {"mate 3 depth 4", SearchType::normal, 4, 0, 0},
-      {"nodes 1000", SearchType::normal, 0, 0, 0},
       {"btime 500", SearchType::normal, 0, 0, 0},
       {"movetime 1000 wtime 5 btime 5", SearchType::normal, 0, HARD, 0},
       {"movetime 1", SearchType::normal, 0, UCI_MIN_THINKING_TIME_MS, 0},
