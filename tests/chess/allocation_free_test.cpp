@@ -1,5 +1,5 @@
-// Move generation and make/unmake are the hot path: they must never touch the heap. The test
-// binary's operator new counts every allocation, so a walk of a move tree can prove it.
+// The hot paths must never touch the heap. The test binary's operator new counts every
+// allocation, so a search over a tree can prove it.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -13,8 +13,6 @@
 #include "search/search_serial.h"
 #include "search/search_types.h"
 #include "support/allocation_counter.h"
-#include "support/perft.h"
-#include "support/test_positions.h"
 
 // The replacements below pair malloc with free themselves; the compiler cannot see that through
 // its knowledge of the standard operators.
@@ -48,26 +46,12 @@ void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); 
 
 namespace {
 
-TEST(HotPath, MoveTreeWalkAllocatesNothing) {
+// The search allocates all it needs with its board; the tree itself must not touch the heap.
+// Move generation, make and unmake, evaluation and the node itself all run in the tree.
+TEST(HotPath, SearchTreeAllocatesNothing) {
   const std::size_t unused = allocations;
   ::operator delete(::operator new(16));
   ASSERT_GT(allocations, unused) << "the counting operator new is not in use";
-  for (const char* fen : {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
-                          "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
-                          "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8"}) {
-    Board board = BoardFromFen(fen);
-    const std::size_t before = allocations;
-    const std::uint64_t leaves = Perft::CountLeaves(board, 3);
-    Move buffer[MOVE_BUFFER_SIZE];
-    for (int mask : {GEN_CAPTURES | GEN_QUEEN_PROMOTIONS, GEN_ALL_CHECKS, GEN_CASTLING})
-      GenerateMoves(buffer, board, mask);
-    EXPECT_EQ(allocations, before) << fen;
-    EXPECT_GT(leaves, 0u);
-  }
-}
-
-// The search allocates all it needs with its board; the tree itself must not touch the heap.
-TEST(HotPath, SearchTreeAllocatesNothing) {
   TRANSPOSITION_TABLE.Resize(std::uint64_t{4} << 20);
   SerialSearch search;
   SearchRequest request;

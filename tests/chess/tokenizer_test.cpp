@@ -1,17 +1,17 @@
+// The text helpers under the command parsers: the tokenizer, trimming and prefixes. The sorting
+// without regard to case shows in the order of the help screen.
 #include "chess/tokenizer.h"
 
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <random>
 #include <string>
+#include <tuple>
 #include <utility>
-#include <variant>
 #include <vector>
 
-using BraskUtils::Tokenize;
-using BraskUtils::tokenize_exception;
-using BraskUtils::unterminated_embedded_string_exception;
+#include "chess/string_helpers.h"
+
+using namespace BraskUtils;
 using Tokens = std::vector<std::string>;
 
 // Quoted parts keep separators and join the tokens they touch; inside them all is literal.
@@ -41,97 +41,32 @@ TEST(Tokenize, LongInputsStayFast) {
   EXPECT_EQ(Tokenize(words).size(), 100000u);
 }
 
-namespace {
-
-// The tokenizer written as the plain recursion that defines it, to check the engine's flat loop
-// against on random texts.
-struct Reference {
-  std::string separators, opening, closing, kept;
-
-  bool IsSeparator(char c) const { return separators.find(c) != std::string::npos; }
-  bool IsKept(char c) const { return kept.find(c) != std::string::npos; }
-
-  std::string Embedded(const std::string& text, std::size_t& pos, char closing_mark) const {
-    const std::size_t from = IsKept(text[pos]) ? pos : pos + 1;
-    const std::size_t close = text.find(closing_mark, pos + 1);
-    if (close == std::string::npos) throw unterminated_embedded_string_exception();
-    std::string result = text.substr(from, close - from);
-    if (IsKept(closing_mark)) result += closing_mark;
-    pos = close + 1;
-    return result;
-  }
-
-  Tokens Glue(const std::string& head, const std::string& rest) const {
-    Tokens tokens = Split(rest);
-    tokens.at(0).insert(0, head);
-    return tokens;
-  }
-
-  Tokens Split(const std::string& text) const {
+// Other marks: kept marks stay in the token, and a mark with no closing partner closes itself.
+TEST(Tokenize, MarksOfTheCallersChoice) {
+  const struct {
+    const char *text, *separators, *opening, *closing, *kept;
     Tokens tokens;
-    std::size_t pos = 0;
-    for (;;) {
-      if (pos >= text.size()) return tokens;
-      pos = text.find_first_not_of(separators, pos);
-      if (pos == std::string::npos) return tokens;
-      std::string token;
-      const std::size_t mark = opening.find(text[pos]);
-      if (mark != std::string::npos) {
-        token = Embedded(text, pos, closing[mark]);
-      } else {
-        const std::size_t end = text.find_first_of(separators, pos);
-        const std::string word = text.substr(pos, end == std::string::npos ? end : end - pos);
-        const std::size_t j = word.find_first_of(opening);
-        if (j == std::string::npos) {
-          tokens.push_back(word);
-          if (end == std::string::npos) return tokens;
-          pos = end;
-          continue;
-        }
-        if (end == std::string::npos) {
-          for (std::string& t : Glue(word.substr(0, j), text.substr(pos + j))) tokens.push_back(t);
-          return tokens;
-        }
-        pos += j;
-        token = word.substr(0, j) + Embedded(text, pos, closing[opening.find(text[pos])]);
-      }
-      if (pos >= text.size() || IsSeparator(text[pos])) {
-        tokens.push_back(token);
-        continue;
-      }
-      for (std::string& t : Glue(token, text.substr(pos))) tokens.push_back(t);
-      return tokens;
-    }
-  }
-};
-
-std::variant<Tokens, bool> Outcome(const std::function<Tokens()>& tokenize) {
-  try {
-    return tokenize();
-  } catch (const unterminated_embedded_string_exception&) {
-    return true;
-  }
+  } cases[] = {
+      {"a [b c]d \"e\"", " ", "\"[", "\"]", "[", {"a", "[b cd", "e"}},
+      {"x,(a b),'c d'", " ,", "'(", "')", "')", {"x", "a b)", "'c d'"}},
+      {"|a b|c,d", ",", "|", "", "", {"a bc", "d"}},
+  };
+  for (const auto& c : cases)
+    EXPECT_EQ(Tokenize(c.text, c.separators, c.opening, c.closing, c.kept), c.tokens) << c.text;
+  EXPECT_THROW(Tokenize("a (b", " ", "(", ")", ""), unterminated_embedded_string_exception);
 }
 
-}  // namespace
-
-TEST(Tokenize, AgreesWithTheRecursiveDefinitionOnRandomTexts) {
-  const Reference configurations[] = {
-      {" \t", "\"'", "\"'", ""},
-      {" ", "\"[", "\"]", "["},
-      {" ,", "'(", "')", "')"},
-  };
-  const std::string alphabet = "ab  \t,\"'[]()";
-  std::mt19937 random(20260101);
-  for (int round = 0; round < 20000; ++round) {
-    const Reference& reference = configurations[round % 3];
-    std::string text(random() % 14, ' ');
-    for (char& c : text) c = alphabet[random() % alphabet.size()];
-    const auto expected = Outcome([&] { return reference.Split(text); });
-    const auto actual = Outcome([&] {
-      return Tokenize(text, reference.separators, reference.opening, reference.closing,
-                      reference.kept);
-    });
-    ASSERT_EQ(actual, expected) << "text: [" << text << "] configuration " << round % 3;
+TEST(StringHelpers, TrimReplaceAllAndStartsWith) {
+  for (const auto& [text, set, trimmed] :
+       {std::tuple{" \t name=value \r\n", " \t\r\n", "name=value"}, {"a b", " ", "a b"},
+        {"\r\n \n", " \r\n", ""}, {"", " ", ""}, {"xyx", "", "xyx"}}) {
+    std::string copy = text;
+    Trim(copy, set);
+    EXPECT_EQ(copy, trimmed) << '"' << text << '"';
   }
+  EXPECT_EQ(ReplaceAll("a_b_c", '_', ' '), "a b c");
+  EXPECT_TRUE(StartsWith("protover 2", "protover"));
+  EXPECT_TRUE(StartsWith("x", ""));
+  EXPECT_FALSE(StartsWith("pro", "protover"));
+  EXPECT_FALSE(StartsWith("Protover", "protover"));
 }

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
-#include "chess/edit_board.h"
 #include "chess/user_board.h"
 
 namespace {
@@ -14,75 +14,42 @@ void Play(UserBoard& game, const std::vector<std::string>& moves) {
   for (const std::string& move : moves) game.MakeMove(move);
 }
 
+UserBoard Game(const std::string& fen) {
+  UserBoard game;
+  game.SetFEN(fen);
+  return game;
+}
+
 Move Word(const UserBoard& game, const std::string& text) {
   Move move = INVALID;
   EXPECT_EQ(game.ParseMove(text, move), PARSE_OK) << text;
   return move;
 }
 
-TEST(UserBoard, UndoPutsTheMoveAsideAndNextPlaysTheSameWord) {
-  UserBoard game;
-  const Move e4 = Word(game, "e4");
-  game.MakeMove(e4);
-  game.Undo();
-  EXPECT_EQ(game.GetFEN(), INITIAL_FEN);
-  EXPECT_EQ(game.current.Key(), game.start.Key());
-  ASSERT_EQ(game.next_moves, std::vector<Move>{e4});
-  EXPECT_TRUE(game.moves.empty());
-  EXPECT_TRUE(game.keys.empty());
-  game.Next();
-  EXPECT_EQ(game.moves, std::vector<Move>{e4});
-  EXPECT_TRUE(game.next_moves.empty());
-  EXPECT_THROW(game.Next(), UserBoard::next_moves_empty);
-}
-
-TEST(UserBoard, ADifferentMoveDropsTheMovesPutAside) {
-  UserBoard game;
-  Play(game, {"e4", "e5"});
-  game.Undo();
-  game.MakeMove("c5");
-  EXPECT_TRUE(game.next_moves.empty());
-  game.Undo();
-  game.MakeMove(game.next_moves.back());  // the same word goes without a legality test
-  EXPECT_TRUE(game.next_moves.empty());
-}
-
+// The commands' answers for undo, next, remove, white, black and edit are checked by the
+// transcript tests; here the keys and results behind them. Undoing a mate reopens the game, and
+// a different move drops the moves put aside.
 TEST(UserBoard, RewindThenNextAllComesBackToTheSameEndAndUndoReopensIt) {
   UserBoard game;
   Play(game, {"f3", "e5", "g4", "Qh4"});
   const std::string fen = game.GetFEN();
-  const std::uint64_t key = game.current.Key();
   game.Rewind();
   EXPECT_EQ(game.GetFEN(), INITIAL_FEN);
+  EXPECT_EQ(game.current.Key(), game.start.Key());
+  EXPECT_TRUE(game.moves.empty() && game.keys.empty());
   EXPECT_EQ(game.current.result, RESULT_RUNNING);
-  EXPECT_EQ(game.next_moves.size(), 4u);
   EXPECT_EQ(game.next_moves.back(), Word(game, "f3"));
   game.NextAll();
   EXPECT_EQ(game.GetFEN(), fen);
-  EXPECT_EQ(game.current.Key(), key);
   EXPECT_EQ(game.current.result, RESULT_BLACK_WINS);
-  EXPECT_EQ(game.current.reason, REASON_CHECKMATE);
   EXPECT_EQ(game.keys.size(), 4u);
-  // Undoing the mate reopens the game.
   game.Undo();
   EXPECT_EQ(game.current.result, RESULT_RUNNING);
   EXPECT_EQ(game.current.reason, REASON_NONE);
-  EXPECT_TRUE(game.IsLegal(Word(game, "Qg5")));
-}
-
-TEST(UserBoard, EmptyRecordsRefuseToGoBack) {
-  UserBoard game;
-  EXPECT_THROW(game.Undo(), UserBoard::no_moves_to_undo);
-  EXPECT_THROW(game.Remove(), UserBoard::no_moves_to_undo);
-  EXPECT_THROW(game.Next(), UserBoard::next_moves_empty);
-  game.Rewind();
-  game.MakeMove("e4");
-  EXPECT_THROW(game.Remove(), UserBoard::no_moves_to_undo);
-  EXPECT_EQ(game.moves.size(), 1u);
-  game.MakeMove("e5");
-  game.Remove();
-  EXPECT_EQ(game.GetFEN(), INITIAL_FEN);
-  EXPECT_EQ(game.next_moves.size(), 2u);
+  game.MakeMove(game.next_moves.back());  // the same word goes without a legality test
+  game.Undo();
+  game.MakeMove("Qg5");
+  EXPECT_TRUE(game.next_moves.empty());
 }
 
 TEST(UserBoard, IllegalMovesChangeNothing) {
@@ -91,51 +58,72 @@ TEST(UserBoard, IllegalMovesChangeNothing) {
   const std::string fen = game.GetFEN();
   for (const char* text : {"e4", "Nf6+", "O-O", "xyz", "", "e7e4", "Ke7"})
     EXPECT_THROW(game.MakeMove(std::string(text)), UserBoard::invalid_move) << text;
-  EXPECT_THROW(game.MakeMove(Move{12345}), UserBoard::invalid_move);
-  EXPECT_THROW(game.MakeMove(INVALID), UserBoard::invalid_move);
+  for (Move word : {Move{12345}, INVALID})
+    EXPECT_THROW(game.MakeMove(word), UserBoard::invalid_move) << word;
   EXPECT_EQ(game.GetFEN(), fen);
-  EXPECT_EQ(game.moves.size(), 1u);
 }
 
-TEST(UserBoard, ChangeSideStartsANewGame) {
-  UserBoard game;
-  game.MakeMove("Nf3");
-  UserBoard turned = game.ChangeSide();
-  EXPECT_EQ(turned.GetFEN(), "rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R w KQkq - 0 1");
-  EXPECT_TRUE(turned.moves.empty());
-  EXPECT_EQ(turned.start_ply, 0);
-  // A double step leaves an en-passant square that fits only Black on move.
-  game.MakeMove("e5");
-  EXPECT_THROW(game.ChangeSide(), UserBoard::invalid_board_after_changing_side);
-  // The side in check cannot hand over the move.
-  UserBoard check;
-  check.SetFEN("4k3/8/8/8/8/8/8/4K2r w - - 0 1");
-  EXPECT_THROW(check.ChangeSide(), UserBoard::invalid_board_after_changing_side);
-  EXPECT_EQ(check.GetFEN(), "4k3/8/8/8/8/8/8/4K2r w - - 0 1");
+// The result and reason after the moves from the position.
+TEST(GameEnd, MateStalemateFiftyMovesMaterialAndRepetition) {
+  const std::vector<std::string> round = {"Nf3", "Nf6", "Ng1", "Ng8"};
+  const struct {
+    std::string fen;
+    std::vector<std::string> moves;
+    std::uint32_t result, reason;
+  } cases[] = {
+      {INITIAL_FEN, {"f3", "e5", "g4"}, RESULT_RUNNING, REASON_NONE},
+      {INITIAL_FEN, {"f3", "e5", "g4", "Qh4"}, RESULT_BLACK_WINS, REASON_CHECKMATE},
+      {"rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3", {}, RESULT_BLACK_WINS,
+       REASON_CHECKMATE},
+      {"7k/4Q3/6K1/8/8/8/8/8 w - - 0 1", {"Qf7"}, RESULT_DRAW, REASON_STALEMATE},
+      {"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", {}, RESULT_DRAW, REASON_STALEMATE},
+      // Fifty moves, but mate on the hundredth ply stands.
+      {"7k/8/6K1/8/8/8/8/R7 w - - 99 80", {"Rb1"}, RESULT_DRAW, REASON_FIFTY_MOVES},
+      {"7k/8/6K1/8/8/8/8/R7 w - - 99 80", {"Ra8"}, RESULT_WHITE_WINS, REASON_CHECKMATE},
+      {"7k/8/6K1/8/8/8/8/R7 w - - 100 80", {}, RESULT_DRAW, REASON_FIFTY_MOVES},
+      {"7k/8/6K1/8/8/8/8/R7 w - - 98 80", {}, RESULT_RUNNING, REASON_NONE},
+      // One minor piece each at most cannot mate; two knights, two bishops, a pawn or a rook can.
+      {"4k3/8/8/8/8/8/8/2B1K3 w - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
+      {"4kb2/8/8/8/8/8/8/2B1K3 w - - 0 1", {}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
+      {"4k3/8/8/8/8/8/3r4/2B1K3 w - - 0 1", {"Kxd2"}, RESULT_DRAW, REASON_NO_MATING_MATERIAL},
+      {"4k3/8/8/8/8/8/8/1NN1K3 w - - 0 1", {}, RESULT_RUNNING, REASON_NONE},
+      {"4k3/8/8/8/8/8/7P/4K3 w - - 0 1", {}, RESULT_RUNNING, REASON_NONE},
+      {"4k3/8/8/8/8/8/8/R3K3 w - - 0 1", {}, RESULT_RUNNING, REASON_NONE},
+      // The start position has stood three times, but it is not among the keys: only twice.
+      {INITIAL_FEN, {"Nf3", "Nf6", "Ng1", "Ng8", "Nf3", "Nf6", "Ng1", "Ng8"}, RESULT_RUNNING,
+       REASON_NONE},
+      {INITIAL_FEN, {"Nf3", "Nf6", "Ng1", "Ng8", "Nf3", "Nf6", "Ng1", "Ng8", "Nf3"}, RESULT_DRAW,
+       REASON_REPETITION},
+  };
+  for (const auto& c : cases) {
+    UserBoard game = Game(c.fen);
+    Play(game, c.moves);
+    EXPECT_EQ(game.current.result, c.result) << c.fen << " " << c.moves.size();
+    EXPECT_EQ(game.current.reason, c.reason) << c.fen << " " << c.moves.size();
+    if (c.moves.empty()) {
+      EXPECT_EQ(game.start.result, c.result) << c.fen;
+    }
+    if (c.result == RESULT_RUNNING) continue;
+    for (Move word = 1; word < (1u << 15); ++word) ASSERT_FALSE(game.IsLegal(word)) << c.fen;
+  }
 }
 
-TEST(UserBoard, PositionsFromBoardsAndEditBoards) {
-  UserBoard game;
-  game.MakeMove("e4");
-  game.SetEmptyEditBoardPosition();
-  EXPECT_EQ(game.GetFEN(), "4k3/8/8/8/8/8/8/4K3 b - - 0 1");
-  EXPECT_EQ(game.current.reason, REASON_NO_MATING_MATERIAL);
-  EXPECT_TRUE(game.moves.empty());
-
-  EditBoard edit;
-  edit.SetupKingsOnly();
-  edit.SetPiece(A4, ROOK);
-  game.SetFromEditBoard(edit);
-  EXPECT_EQ(game.GetFEN(), "4k3/8/8/8/R7/8/8/4K3 w - - 0 1");
-  EXPECT_EQ(game.current.result, RESULT_RUNNING);
-
-  edit.SetPiece(E1, NO_PIECE);
-  EXPECT_THROW(game.SetFromEditBoard(edit), UserBoard::invalid_position);
-  EXPECT_EQ(game.GetFEN(), "4k3/8/8/8/R7/8/8/4K3 w - - 0 1");
-
-  UserBoard other;
-  other.SetPosition(game.current);
-  EXPECT_EQ(other.GetFEN(), game.GetFEN());
+TEST(GameEndTexts, ResultAndReason) {
+  // The result texts themselves show in every transcript of a game's end.
+  for (const auto& [result, reason, text] :
+       {std::tuple{RESULT_WHITE_WINS, REASON_CHECKMATE, "White mates"},
+        {RESULT_BLACK_WINS, REASON_CHECKMATE, "Black mates"},
+        {RESULT_DRAW, REASON_CHECKMATE, "Black mates"},
+        {RESULT_WHITE_WINS, REASON_RESIGNATION, "Black resigns"},
+        {RESULT_BLACK_WINS, REASON_RESIGNATION, "White resigns"},
+        {RESULT_UNKNOWN, REASON_RESIGNATION, "White resigns"}})
+    EXPECT_EQ(UserBoard::ReasonText(result, reason), text) << result << ' ' << reason;
+  const char* fixed[] = {"Lost on time",     "Stalemate",        "Insufficient material",
+                         "Threefold repetition", "Mutual agreement", "Fifthy move rule",
+                         "aborted",          "unknown reason",   "unknown reason"};
+  for (std::uint32_t reason = REASON_ON_TIME; reason <= REASON_NONE + 1; ++reason)
+    for (std::uint32_t result = 0; result <= 4; ++result)
+      EXPECT_EQ(UserBoard::ReasonText(result, reason), fixed[reason - REASON_ON_TIME]);
 }
 
 }  // namespace

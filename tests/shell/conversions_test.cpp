@@ -8,7 +8,7 @@
 
 #include "chess/memory_size.h"
 
-TEST(StringToInt, AcceptsSignsAndLeadingZerosAndRefusesEverythingElse) {
+TEST(StringToInt, AcceptsSignsAndLeadingZerosAndRefusesEverythingElseAndBack) {
   for (const auto& [text, value] :
        {std::pair{"0", 0}, {"42", 42}, {"-7", -7}, {"007", 7}, {"-007", -7}, {"0000", 0},
         {"-0", 0}, {"2147483647", 2147483647}, {"-2147483647", -2147483647},
@@ -18,6 +18,9 @@ TEST(StringToInt, AcceptsSignsAndLeadingZerosAndRefusesEverythingElse) {
                            "1e3", "3.0", "abc", "2147483648", "-2147483648", "99999999999",
                            "0 ", "- 7", "\t1"})
     EXPECT_THROW(StringToInt(text), string_conversion_error) << '"' << text << '"';
+  EXPECT_EQ(IntToString(std::numeric_limits<std::int32_t>::min()), "-2147483648");
+  EXPECT_EQ(I64ToString(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
+  EXPECT_EQ(U64ToString(std::numeric_limits<std::uint64_t>::max()), "18446744073709551615");
 }
 
 TEST(StringToU64, TakesPlainDigitsOverTheWholeRange) {
@@ -26,13 +29,6 @@ TEST(StringToU64, TakesPlainDigitsOverTheWholeRange) {
   for (const char* text : {"", "007", "00", "-1", "+1", "1 ", "12a", "18446744073709551616",
                            "99999999999999999999", "35048813740048154620"})
     EXPECT_THROW(StringToU64(text), string_conversion_error) << '"' << text << '"';
-}
-
-TEST(NumberToString, PlainDecimal) {
-  EXPECT_EQ(IntToString(-42), "-42");
-  EXPECT_EQ(IntToString(std::numeric_limits<std::int32_t>::min()), "-2147483648");
-  EXPECT_EQ(I64ToString(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
-  EXPECT_EQ(U64ToString(std::numeric_limits<std::uint64_t>::max()), "18446744073709551615");
 }
 
 TEST(MemorySize, BinaryUnitsInEitherCaseAndRefusals) {

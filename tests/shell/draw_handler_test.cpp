@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <vector>
+
 #include "support/board_from_fen.h"
 
 namespace {
@@ -12,161 +15,115 @@ const char* NO_QUEENS = "r1b1kbnr/pppp1ppp/2n5/4p3/4P3/5N2/PPPP1PPP/RNB1KB1R w K
 // Two pawns and eight other pieces, kings included: the ending allowance applies.
 const char* ENDING = "r3k2r/4p3/8/8/8/8/4P3/RN2K1NR w - - 0 1";
 
-constexpr int MATED_IN_TWO_MOVES = -(32767 - 4);
+constexpr int MATE = 32767;
 
-void Feed(DrawHandler& handler, const Board& board, int score, int times) {
-  for (int i = 0; i < times; ++i) handler.Update(board, score);
-}
+// The scores of a run of searches in one position, against a human or a computer.
+struct Searches {
+  const char* fen;
+  bool computer;
+  std::vector<int> scores;
+  int contempt = 0;
+};
 
-TEST(DrawHandler, HopelessLimitDependsOnOpponentQueensAndEnding) {
-  struct Case {
-    const char* fen;
-    bool computer;
-    int limit;
-  };
-  const Case cases[] = {{NO_QUEENS, false, -250}, {NO_QUEENS, true, -440},
-                        {MIDDLE_GAME, false, -320}, {MIDDLE_GAME, true, -510},
-                        {ENDING, false, -450}, {ENDING, true, -1040}};
-  for (const Case& c : cases) {
-    const Board board = BoardFromFen(c.fen);
-    DrawHandler at_limit, above;
-    at_limit.opponent_is_computer = above.opponent_is_computer = c.computer;
-    at_limit.Update(board, c.limit);
-    above.Update(board, c.limit + 1);
-    EXPECT_EQ(at_limit.hopeless_streak, 1) << c.fen << " computer " << c.computer;
-    EXPECT_EQ(above.hopeless_streak, 0) << c.fen << " computer " << c.computer;
-  }
-}
-
-TEST(DrawHandler, StreaksCountAroundContemptAndBreak) {
-  const Board board = BoardFromFen(NO_QUEENS);
+DrawHandler After(const Searches& run) {
+  const Board board = BoardFromFen(run.fen);
   DrawHandler handler;
-  handler.contempt = 10;
-  Feed(handler, board, -5, 3);  // below contempt - 14
-  EXPECT_EQ(handler.losing_streak, 3);
-  handler.Update(board, -4);  // exactly contempt - 14: no longer losing
-  EXPECT_EQ(handler.losing_streak, 0);
-  Feed(handler, board, 25, 2);
-  EXPECT_EQ(handler.winning_streak, 2);
-  handler.Update(board, 24);
-  EXPECT_EQ(handler.winning_streak, 0);
-  Feed(handler, board, 10, 2);
-  EXPECT_EQ(handler.contempt_streak, 2);
-  EXPECT_EQ(handler.moves_seen, 9);
+  handler.opponent_is_computer = run.computer;
+  handler.contempt = run.contempt;
+  for (int score : run.scores) handler.Update(board, score);
+  return handler;
 }
 
-TEST(DrawHandler, DrawishMarginIsNarrowerWithQueens) {
-  DrawHandler queens, none;
-  queens.Update(BoardFromFen(MIDDLE_GAME), 18);
-  none.Update(BoardFromFen(NO_QUEENS), -25);
-  EXPECT_EQ(queens.drawish_streak, 0);
-  EXPECT_EQ(none.drawish_streak, 1);
-  queens.Update(BoardFromFen(MIDDLE_GAME), -17);
-  EXPECT_EQ(queens.drawish_streak, 1);
+std::vector<int> Times(int count, int score) { return std::vector<int>(count, score); }
+
+TEST(DrawHandler, StreaksAndTheHopelessLimit) {
+  using D = DrawHandler;
+  const struct {
+    Searches run;
+    std::int32_t DrawHandler::*streak;
+    int expected;
+  } cases[] = {
+      // The hopeless limit depends on the opponent, the queens and the ending.
+      {{NO_QUEENS, false, {-250}}, &D::hopeless_streak, 1},
+      {{NO_QUEENS, true, {-440}}, &D::hopeless_streak, 1},
+      {{MIDDLE_GAME, false, {-320}}, &D::hopeless_streak, 1},
+      {{ENDING, false, {-450}}, &D::hopeless_streak, 1},
+      {{ENDING, true, {-1040, -1040}}, &D::hopeless_streak, 2},
+      {{ENDING, true, {-1039}}, &D::hopeless_streak, 0},
+      // Losing below contempt - 14, winning above contempt + 14; any other score breaks them.
+      {{NO_QUEENS, false, {-4, -5, -5}, 10}, &D::losing_streak, 2},
+      {{NO_QUEENS, false, {25, 24, 25, 25}, 10}, &D::winning_streak, 2},
+      {{NO_QUEENS, false, {-5, 10, 10}, 10}, &D::contempt_streak, 2},
+      // The drawish margin is narrower with queens.
+      {{MIDDLE_GAME, false, {-17, 18}}, &D::drawish_streak, 0},
+      {{NO_QUEENS, false, {-26, 25, -25}}, &D::drawish_streak, 2},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(After(c.run).*c.streak, c.expected)
+        << c.run.fen << " computer " << c.run.computer << " last " << c.run.scores.back();
+  }
 }
 
 TEST(DrawHandler, MateScoresGiveMovesToMateAndWhetherItCloses) {
   const Board board = BoardFromFen(NO_QUEENS);
   DrawHandler handler;
-  handler.Update(board, MATED_IN_TWO_MOVES);
-  EXPECT_EQ(handler.mated_in, 2);
-  handler.Update(board, -(32767 - 6));  // the mate moves away
-  EXPECT_EQ(handler.mated_in, 3);
-  EXPECT_FALSE(handler.mate_closing_in);
-  handler.Update(board, -(32767 - 2));
-  EXPECT_EQ(handler.mated_in, 1);
-  EXPECT_TRUE(handler.mate_closing_in);
-  handler.Update(board, -31767);  // the last score that is no mate
-  EXPECT_EQ(handler.mated_in, -1);
-  EXPECT_FALSE(handler.mate_closing_in);
-}
-
-// Accepts when at the contempt value twice, drawish for fifteen searches, losing for six, or at
-// once when hopeless.
-TEST(DrawHandler, AcceptsDrawWhenLosingOrLongDrawish) {
-  const Board board = BoardFromFen(NO_QUEENS);
-  const struct {
-    int score, times;
-    bool accepts;
-  } cases[] = {{0, 1, false}, {0, 2, true},   {5, 14, false},
-               {5, 15, true}, {-30, 6, true}, {-300, 1, true}};
-  for (const auto& c : cases) {
-    DrawHandler handler;
-    Feed(handler, board, c.score, c.times);
-    EXPECT_EQ(handler.AcceptDraw(), c.accepts) << c.score << " x" << c.times;
+  for (const auto& [score, mated_in, closing] :
+       {std::tuple{-(MATE - 4), 2, true}, {-(MATE - 6), 3, false},  // the mate moves away
+        {-(MATE - 2), 1, true}, {-31767, -1, false}}) {  // the last score that is no mate
+    handler.Update(board, score);
+    EXPECT_EQ(handler.mated_in, mated_in) << score;
+    EXPECT_EQ(handler.mate_closing_in, closing) << score;
   }
 }
 
-TEST(DrawHandler, OffersDrawOnlyAfterAPauseAgainstHumans) {
-  const Board board = BoardFromFen(NO_QUEENS);
-  DrawHandler human;
-  Feed(human, board, 0, 1);
-  EXPECT_FALSE(human.ShouldOfferDraw());  // one search is too few
-  Feed(human, board, 0, 1);
-  EXPECT_TRUE(human.ShouldOfferDraw());
-  human.moves_since_own_offer = 0;
-  Feed(human, board, 0, 7);
-  EXPECT_FALSE(human.ShouldOfferDraw());
-  Feed(human, board, 0, 1);
-  EXPECT_TRUE(human.ShouldOfferDraw());
-
-  DrawHandler computer;
-  computer.opponent_is_computer = true;
-  Feed(computer, board, 0, 2);
-  computer.moves_since_own_offer = 1;
-  EXPECT_TRUE(computer.ShouldOfferDraw());
-  computer.draw_offer_pending = true;
-  EXPECT_FALSE(computer.ShouldOfferDraw());
-}
-
-TEST(DrawHandler, ResignsWhenMateClosesInOrTheScoreStaysHopeless) {
-  const Board board = BoardFromFen(NO_QUEENS);
-  DrawHandler human;
-  Feed(human, board, -300, 5);
-  EXPECT_FALSE(human.ShouldResign());
-  human.Update(board, -300);
-  EXPECT_TRUE(human.ShouldResign());
-
-  DrawHandler computer;
-  computer.opponent_is_computer = true;
-  Feed(computer, board, -500, 5);
-  EXPECT_TRUE(computer.ShouldResign());
-
-  // A mate that comes closer: against a human only within four moves.
-  DrawHandler mated;
-  mated.Update(board, -(32767 - 12));
-  mated.Update(board, -(32767 - 10));
-  EXPECT_EQ(mated.mated_in, 5);
-  EXPECT_FALSE(mated.ShouldResign());
-  mated.Update(board, -(32767 - 8));
-  EXPECT_TRUE(mated.ShouldResign());
-}
-
-TEST(DrawHandler, TablebaseVerdictOverridesTheScore) {
-  const Board board = BoardFromFen(NO_QUEENS);
-  DrawHandler handler;
-  Feed(handler, board, -300, 6);
-  handler.tablebase_verdict = DrawHandler::drawn;
-  EXPECT_FALSE(handler.ShouldResign());
-  handler.tablebase_verdict = DrawHandler::lost_soon;
-  EXPECT_TRUE(handler.ShouldResign());
-  Feed(handler, board, 0, 2);
-  handler.tablebase_verdict = DrawHandler::won;
-  EXPECT_FALSE(handler.ShouldOfferDraw());
+// Accepts when at the contempt value twice, drawish for fifteen searches, losing for six, or at
+// once when hopeless; offers only after a pause against humans; resigns when mate closes in or
+// the score stays hopeless. A tablebase verdict overrides the score.
+TEST(DrawHandler, AcceptOfferAndResign) {
+  using D = DrawHandler;
+  const auto accept = &D::AcceptDraw, offer = &D::ShouldOfferDraw, resign = &D::ShouldResign;
+  const struct {
+    Searches run;
+    bool (DrawHandler::*ask)() const;
+    bool expected;
+    int verdict = D::unknown;
+    bool pending = false;
+    int since_own_offer = 1000;
+  } cases[] = {
+      {{NO_QUEENS, false, {0, 0}}, accept, true},
+      {{NO_QUEENS, false, Times(14, 5)}, accept, false},
+      {{NO_QUEENS, false, Times(15, 5)}, accept, true},
+      {{NO_QUEENS, false, Times(6, -30)}, accept, true},
+      {{NO_QUEENS, false, {-300}}, accept, true},
+      {{NO_QUEENS, false, {0}}, offer, false},  // one search is too few
+      {{NO_QUEENS, false, {0, 0}}, offer, false, D::unknown, false, 7},
+      {{NO_QUEENS, false, {0, 0}}, offer, true, D::unknown, false, 8},
+      {{NO_QUEENS, true, {0, 0}}, offer, true, D::unknown, false, 1},
+      {{NO_QUEENS, false, {0, 0}}, offer, false, D::won},
+      {{NO_QUEENS, false, Times(6, -300)}, resign, true},
+      {{NO_QUEENS, true, Times(5, -500)}, resign, true},
+      // A mate that comes closer: against a human only within four moves.
+      {{NO_QUEENS, false, {-(MATE - 12), -(MATE - 10)}}, resign, false},
+      {{NO_QUEENS, false, {-(MATE - 12), -(MATE - 10), -(MATE - 8)}}, resign, true},
+      {{NO_QUEENS, false, Times(6, -300)}, resign, false, D::drawn},
+      {{NO_QUEENS, false, {}}, resign, true, D::lost_soon},
+  };
+  for (const auto& c : cases) {
+    DrawHandler handler = After(c.run);
+    handler.tablebase_verdict = c.verdict;
+    handler.draw_offer_pending = c.pending;
+    handler.moves_since_own_offer = c.since_own_offer;
+    EXPECT_EQ((handler.*c.ask)(), c.expected)
+        << &c - cases << ": computer " << c.run.computer << ", " << c.run.scores.size()
+        << " scores";
+  }
 }
 
 TEST(DrawHandler, ResetKeepsOpponentAndContempt) {
-  const Board board = BoardFromFen(NO_QUEENS);
-  DrawHandler handler;
-  handler.opponent_is_computer = true;
-  handler.contempt = -20;
+  DrawHandler handler = After({NO_QUEENS, true, Times(3, -2000), -20});
   handler.draw_offer_pending = true;
-  Feed(handler, board, -2000, 3);
   handler.Reset();
-  EXPECT_EQ(handler.hopeless_streak, 0);
-  EXPECT_EQ(handler.moves_seen, 0);
-  EXPECT_EQ(handler.last_score, 1000000);
-  EXPECT_EQ(handler.moves_since_own_offer, 1000);
+  EXPECT_EQ(handler.hopeless_streak + handler.moves_seen, 0);
   EXPECT_FALSE(handler.draw_offer_pending);
   EXPECT_TRUE(handler.opponent_is_computer);
   EXPECT_EQ(handler.contempt, -20);

@@ -33,7 +33,6 @@ TEST(ResultReason, FromTheResultAndACompleteShortComment) {
            {DRAW, "result 1/2-1/2 {Black resigns on time}", 2},
            {WHITE_WINS, "result 1-0 {White mates}", 9},
            {WHITE_WINS, "result 1-0 {resign", 9},
-           {WHITE_WINS, "result 1-0 resign", 9},
            {WHITE_WINS, "result 1-0 {x} {resign}", 9},
            // A comment of 510 characters is read, one of 511 is not.
            {WHITE_WINS, "result 1-0 {" + words + "resign....}", 1},
